@@ -1,0 +1,81 @@
+// kestrum-cli: the headless face of the Kestrum core. Tab-separated output; exit 0 on success,
+// 1 with a message on standard error for input that cannot be used, 2 for a usage error.
+
+#include "cli/CommandTable.h"
+#include "store/StoreError.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <memory>
+
+using namespace kestrum::cli;
+
+namespace {
+
+void printUsage(const CommandTable& table, QTextStream& to)
+{
+    to << "usage: kestrum-cli COMMAND [ARGS]\n\ncommands:\n";
+    for (const CommandSpec& spec : table.all()) {
+        to << "  " << spec.name << ' ' << spec.usage << "\n      " << spec.summary << '\n';
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CommandTable table;
+    registerStoreCommands(table);
+    registerDemoCommand(table);
+
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    CliIo io{out, err};
+
+    QStringList args;
+    for (int i = 1; i < argc; ++i) {
+        args << QString::fromLocal8Bit(argv[i]);
+    }
+    if (args.isEmpty() || args[0] == QLatin1String("--help") || args[0] == QLatin1String("-h")) {
+        printUsage(table, args.isEmpty() ? err : out);
+        return args.isEmpty() ? kExitUsage : kExitOk;
+    }
+    const CommandSpec* spec = table.find(args[0]);
+    if (!spec) {
+        err << "kestrum-cli: unknown command \"" << args[0] << "\"\n";
+        printUsage(table, err);
+        return kExitUsage;
+    }
+
+    std::unique_ptr<QCoreApplication> app;
+    if (spec->needsGui) {
+        // Fonts and painting without a display.
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+        app = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
+    QCoreApplication::setApplicationName(QStringLiteral("kestrum-cli"));
+
+    ArgList commandArgs(args.mid(1));
+    try {
+        const int code = spec->run(commandArgs, io);
+        out.flush();
+        return code;
+    } catch (const CliError& e) {
+        out.flush();
+        err << "kestrum-cli " << spec->name << ": " << e.message << '\n';
+        if (e.exitCode == kExitUsage) {
+            err << "usage: kestrum-cli " << spec->name << ' ' << spec->usage << '\n';
+        }
+        return e.exitCode;
+    } catch (const kestrum::store::StoreError& e) {
+        out.flush();
+        err << "kestrum-cli " << spec->name << ": " << e.message() << '\n';
+        return kExitBadInput;
+    }
+}

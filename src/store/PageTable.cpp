@@ -1,0 +1,344 @@
+#include "PageTable.h"
+
+#include "store/ColumnCodec.h"
+#include "store/SqliteDatabase.h"
+#include "store/StoreError.h"
+
+#include <QStringList>
+
+#include <array>
+
+namespace kestrum::store {
+
+namespace {
+
+constexpr std::array<const char*, 7> kColumns{"PageId",      "PageDate",    "PageInfo",
+                                              "PageType",    "PageContent", "PageComment",
+                                              "PageRandomKey"};
+
+using Type = SqliteStatement::Type;
+
+// A text-or-blob column as it is stored: (bytes, whether SQLite holds it as text).
+std::pair<QByteArray, bool> storedColumn(const SqliteStatement& st, int column)
+{
+    const Type type = st.columnType(column);
+    if (type == Type::Null) {
+        return {{}, false};
+    }
+    if (type == Type::Blob) {
+        return {st.columnBlob(column), false};
+    }
+    return {st.columnText(column).toUtf8(), true};
+}
+
+} // namespace
+
+void PageTable::create()
+{
+    m_db.exec("DROP TABLE IF EXISTS \"OUTPUT\"");
+    m_db.exec("CREATE TABLE \"OUTPUT\" ("
+              "PageId INTEGER PRIMARY KEY AUTOINCREMENT, "
+              "PageDate REAL, "
+              "PageInfo BLOB, "
+              "PageType INTEGER, "
+              "PageContent BLOB, "
+              "PageComment BLOB, "
+              "PageRandomKey INTEGER)");
+    m_db.exec("PRAGMA application_id = 1263752274"); // kApplicationId
+    m_db.exec("PRAGMA user_version = 1");            // kSchemaVersion
+}
+
+void PageTable::validate(bool integrityCheck)
+{
+    const QString& path = m_db.path();
+    {
+        SqliteStatement st(m_db, "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
+        if (!st.step() || st.columnText(0) != QLatin1String("table")) {
+            throw StoreError(QStringLiteral("\"%1\" is not a Kestrum project: it has no page table "
+                                            "\"OUTPUT\"")
+                                 .arg(path));
+        }
+    }
+    {
+        SqliteStatement st(m_db, "PRAGMA user_version");
+        if (st.step() && st.columnInt(0) > kSchemaVersion) {
+            throw StoreError(QStringLiteral("\"%1\" was written by a newer version of Kestrum "
+                                            "(schema %2)")
+                                 .arg(path)
+                                 .arg(st.columnInt(0)));
+        }
+    }
+    {
+        SqliteStatement st(m_db, "PRAGMA table_info(\"OUTPUT\")");
+        std::size_t i = 0;
+        QStringList missing;
+        QStringList names;
+        while (st.step()) {
+            names << st.columnText(1);
+        }
+        for (; i < kColumns.size(); ++i) {
+            if (!names.contains(QLatin1String(kColumns[i]), Qt::CaseInsensitive)) {
+                missing << QLatin1String(kColumns[i]);
+            }
+        }
+        if (!missing.isEmpty()) {
+            throw StoreError(QStringLiteral("\"%1\" is not a Kestrum project: its page table lacks "
+                                            "the column(s) %2")
+                                 .arg(path, missing.join(QStringLiteral(", "))));
+        }
+    }
+    if (integrityCheck) {
+        SqliteStatement st(m_db, "PRAGMA quick_check(1)");
+        if (st.step() && st.columnText(0) != QLatin1String("ok")) {
+            throw StoreError(QStringLiteral("\"%1\" is damaged: %2").arg(path, st.columnText(0)));
+        }
+    }
+}
+
+qint32 PageTable::insert(double date, const QString& info, qint32 type, const QByteArray& content,
+                         const QString& comment, std::optional<qint32> pageId)
+{
+    auto st = m_db.cached(
+        "INSERT INTO \"OUTPUT\" (PageId, PageDate, PageInfo, PageType, PageContent, PageComment) "
+        "VALUES (?, ?, ?, ?, ?, ?)");
+    if (pageId) {
+        st->bindInt(1, *pageId);
+    } else {
+        st->bindNull(1);
+    }
+    st->bindDouble(2, date);
+    st->bindBlob(3, ColumnCodec::compressText(info, ColumnCodec::kInfoLevel));
+    st->bindInt(4, type);
+    st->bindBlob(5, ColumnCodec::compress(content, ColumnCodec::kContentLevel));
+    st->bindBlob(6, ColumnCodec::compressText(comment, ColumnCodec::kCommentLevel));
+    st->run();
+    const qint64 id = m_db.lastInsertRowId();
+    if (id > std::numeric_limits<qint32>::max()) {
+        throw StoreError(QStringLiteral("\"%1\" has run out of page numbers").arg(m_db.path()));
+    }
+    return qint32(id);
+}
+
+void PageTable::insertRaw(const RawPageRow& row, bool assignNewId)
+{
+    auto st = m_db.cached(
+        "INSERT INTO \"OUTPUT\" (PageId, PageDate, PageInfo, PageType, PageContent, PageComment, "
+        "PageRandomKey) VALUES (?, ?, ?, ?, ?, ?, ?)");
+    if (assignNewId) {
+        st->bindNull(1);
+    } else {
+        st->bindInt(1, row.pageId);
+    }
+    row.date ? st->bindDouble(2, *row.date) : st->bindNull(2);
+    auto bindStored = [&st](int index, const QByteArray& bytes, bool isText) {
+        if (isText) {
+            st->bindText(index, QString::fromUtf8(bytes));
+        } else {
+            st->bindBlob(index, bytes);
+        }
+    };
+    bindStored(3, row.info, row.infoIsText);
+    row.type ? st->bindInt(4, *row.type) : st->bindNull(4);
+    bindStored(5, row.content, row.contentIsText);
+    bindStored(6, row.comment, row.commentIsText);
+    row.randomKey ? st->bindInt(7, *row.randomKey) : st->bindNull(7);
+    st->run();
+}
+
+bool PageTable::exists(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT 1 FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    return st->step();
+}
+
+std::optional<qint32> PageTable::firstId() const
+{
+    auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid LIMIT 1");
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    return qint32(st->columnInt(0));
+}
+
+std::vector<qint32> PageTable::ids() const
+{
+    std::vector<qint32> out;
+    auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid");
+    while (st->step()) {
+        const qint64 id = st->columnInt(0);
+        if (id >= std::numeric_limits<qint32>::min() && id <= std::numeric_limits<qint32>::max()) {
+            out.push_back(qint32(id));
+        }
+    }
+    return out;
+}
+
+std::vector<PageSummary> PageTable::summaries() const
+{
+    std::vector<PageSummary> out;
+    SqliteStatement st(m_db,
+                       "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
+    while (st.step()) {
+        PageSummary s;
+        s.pageId = qint32(st.columnInt(0));
+        s.type = qint32(st.columnInt(1));
+        s.date = st.columnDouble(2);
+        const auto [stored, isText] = storedColumn(st, 3);
+        if (isText) {
+            s.info = QString::fromUtf8(stored);
+        } else if (auto text = ColumnCodec::decompressText(stored, nullptr)) {
+            s.info = *text;
+        } else {
+            s.infoDamaged = true;
+        }
+        out.push_back(std::move(s));
+    }
+    return out;
+}
+
+qint64 PageTable::rowCount() const
+{
+    auto st = m_db.cached("SELECT count(*) FROM \"OUTPUT\"");
+    st->step();
+    return st->columnInt(0);
+}
+
+QString PageTable::decodeText(qint32 pageId, const char* column, const QByteArray& stored,
+                              bool isText) const
+{
+    if (isText) {
+        return QString::fromUtf8(stored);
+    }
+    QString why;
+    auto text = ColumnCodec::decompressText(stored, &why);
+    if (!text) {
+        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
+                             .arg(pageId)
+                             .arg(m_db.path(), QLatin1String(column), why));
+    }
+    return *text;
+}
+
+QByteArray PageTable::decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
+                                  bool isText) const
+{
+    if (isText) {
+        return stored;
+    }
+    QString why;
+    auto bytes = ColumnCodec::decompress(stored, &why);
+    if (!bytes) {
+        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
+                             .arg(pageId)
+                             .arg(m_db.path(), QLatin1String(column), why));
+    }
+    return *bytes;
+}
+
+std::optional<QByteArray> PageTable::readContent(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT PageContent FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    const auto [stored, isText] = storedColumn(*st, 0);
+    return decodeBytes(pageId, "PageContent", stored, isText);
+}
+
+std::optional<QString> PageTable::readInfo(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT PageInfo FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    const auto [stored, isText] = storedColumn(*st, 0);
+    return decodeText(pageId, "PageInfo", stored, isText);
+}
+
+std::optional<QString> PageTable::readComment(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT PageComment FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    const auto [stored, isText] = storedColumn(*st, 0);
+    return decodeText(pageId, "PageComment", stored, isText);
+}
+
+std::optional<qint32> PageTable::readType(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT PageType FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    return qint32(st->columnInt(0));
+}
+
+std::optional<double> PageTable::readDate(qint32 pageId) const
+{
+    auto st = m_db.cached("SELECT PageDate FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    return st->columnDouble(0);
+}
+
+std::optional<RawPageRow> PageTable::readRaw(qint32 pageId) const
+{
+    auto st = m_db.cached(
+        "SELECT PageId, PageDate, PageInfo, PageType, PageContent, PageComment, PageRandomKey "
+        "FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    if (!st->step()) {
+        return std::nullopt;
+    }
+    RawPageRow row;
+    row.pageId = st->columnInt(0);
+    if (st->columnType(1) != Type::Null) {
+        row.date = st->columnDouble(1);
+    }
+    std::tie(row.info, row.infoIsText) = storedColumn(*st, 2);
+    if (st->columnType(3) != Type::Null) {
+        row.type = st->columnInt(3);
+    }
+    std::tie(row.content, row.contentIsText) = storedColumn(*st, 4);
+    std::tie(row.comment, row.commentIsText) = storedColumn(*st, 5);
+    if (st->columnType(6) != Type::Null) {
+        row.randomKey = st->columnInt(6);
+    }
+    return row;
+}
+
+bool PageTable::writeContent(qint32 pageId, const QByteArray& content)
+{
+    auto st = m_db.cached("UPDATE \"OUTPUT\" SET PageContent = ? WHERE PageId = ?");
+    st->bindBlob(1, ColumnCodec::compress(content, ColumnCodec::kContentLevel));
+    st->bindInt(2, pageId);
+    st->run();
+    return m_db.changes() > 0;
+}
+
+bool PageTable::writeComment(qint32 pageId, const QString& comment)
+{
+    auto st = m_db.cached("UPDATE \"OUTPUT\" SET PageComment = ? WHERE PageId = ?");
+    st->bindBlob(1, ColumnCodec::compressText(comment, ColumnCodec::kCommentLevel));
+    st->bindInt(2, pageId);
+    st->run();
+    return m_db.changes() > 0;
+}
+
+bool PageTable::remove(qint32 pageId)
+{
+    auto st = m_db.cached("DELETE FROM \"OUTPUT\" WHERE PageId = ?");
+    st->bindInt(1, pageId);
+    st->run();
+    return m_db.changes() > 0;
+}
+
+} // namespace kestrum::store

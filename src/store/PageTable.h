@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace kestrum::store {
+
+class SqliteDatabase;
+
+// The stored bytes of one page row, columns still encoded: a copy of a row moves these.
+struct RawPageRow
+{
+    qint64 pageId = 0;
+    std::optional<double> date;
+    QByteArray info;
+    bool infoIsText = false;
+    std::optional<qint64> type;
+    QByteArray content;
+    bool contentIsText = false;
+    QByteArray comment;
+    bool commentIsText = false;
+    std::optional<qint64> randomKey;
+};
+
+// One line of a table listing.
+struct PageSummary
+{
+    qint32 pageId = 0;
+    qint32 type = 0;
+    double date = 0;
+    QString info;
+    bool infoDamaged = false;
+};
+
+// The table "OUTPUT" of a project file: the SQL of creating, checking, reading and writing page
+// records. Text columns are UTF-8 compressed with ColumnCodec; reading is lenient about what a
+// host program wrote (NULL, uncompressed text) and strict about damage.
+class PageTable
+{
+public:
+    explicit PageTable(SqliteDatabase& db) : m_db(db) {}
+
+    static constexpr const char* kTableName = "OUTPUT";
+    // Marks files written by this program (PRAGMA application_id, "KSTR"); not required on open.
+    static constexpr qint32 kApplicationId = 0x4B535452;
+    static constexpr int kSchemaVersion = 1;
+
+    // Drops any table "OUTPUT" and creates it anew with the seven columns.
+    void create();
+    // Throws StoreError unless the file is a sound database with a usable table "OUTPUT".
+    void validate(bool integrityCheck);
+
+    // Appends a record; with `pageId` the id is written explicitly. Returns the id.
+    qint32 insert(double date, const QString& info, qint32 type, const QByteArray& content,
+                  const QString& comment, std::optional<qint32> pageId = std::nullopt);
+    // Inserts a row as stored; with `assignNewId` the table gives it a fresh page id.
+    void insertRaw(const RawPageRow& row, bool assignNewId = false);
+
+    bool exists(qint32 pageId) const;
+    // The first record in the table's natural order.
+    std::optional<qint32> firstId() const;
+    std::vector<qint32> ids() const;
+    std::vector<PageSummary> summaries() const;
+    qint64 rowCount() const;
+
+    // Readers throw StoreError naming the page when a column is damaged; a missing record
+    // gives nullopt.
+    std::optional<QByteArray> readContent(qint32 pageId) const;
+    std::optional<QString> readInfo(qint32 pageId) const;
+    std::optional<QString> readComment(qint32 pageId) const;
+    std::optional<qint32> readType(qint32 pageId) const;
+    std::optional<double> readDate(qint32 pageId) const;
+    std::optional<RawPageRow> readRaw(qint32 pageId) const;
+
+    // Writers return false when the record does not exist.
+    bool writeContent(qint32 pageId, const QByteArray& content);
+    bool writeComment(qint32 pageId, const QString& comment);
+    bool remove(qint32 pageId);
+
+private:
+    QString decodeText(qint32 pageId, const char* column, const QByteArray& stored, bool isText) const;
+    QByteArray decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
+                           bool isText) const;
+
+    SqliteDatabase& m_db;
+};
+
+} // namespace kestrum::store

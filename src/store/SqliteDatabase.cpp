@@ -1,0 +1,276 @@
+#include "SqliteDatabase.h"
+
+#include "StoreError.h"
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+namespace kestrum::store {
+
+// ---- SqliteStatement -------------------------------------------------------------------------
+
+SqliteStatement::SqliteStatement(SqliteDatabase& db, const char* sql, bool persistent) : m_db(db)
+{
+    if (!db.isOpen()) {
+        throw StoreError(QStringLiteral("No project file is open"));
+    }
+    const unsigned flags = persistent ? SQLITE_PREPARE_PERSISTENT : 0;
+    if (sqlite3_prepare_v3(db.handle(), sql, -1, flags, &m_stmt, nullptr) != SQLITE_OK) {
+        db.raise(QStringLiteral("Cannot read"));
+    }
+}
+
+SqliteStatement::~SqliteStatement()
+{
+    sqlite3_finalize(m_stmt);
+}
+
+void SqliteStatement::bindInt(int index, qint64 value)
+{
+    sqlite3_bind_int64(m_stmt, index, value);
+}
+
+void SqliteStatement::bindDouble(int index, double value)
+{
+    sqlite3_bind_double(m_stmt, index, value);
+}
+
+void SqliteStatement::bindBlob(int index, const QByteArray& value)
+{
+    // A zero-length blob (not NULL) for an empty value; SQLITE_TRANSIENT copies the bytes.
+    sqlite3_bind_blob64(m_stmt, index, value.isEmpty() ? "" : value.constData(),
+                        sqlite3_uint64(value.size()), SQLITE_TRANSIENT);
+}
+
+void SqliteStatement::bindText(int index, const QString& value)
+{
+    const QByteArray utf8 = value.toUtf8();
+    sqlite3_bind_text64(m_stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
+                        SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void SqliteStatement::bindNull(int index)
+{
+    sqlite3_bind_null(m_stmt, index);
+}
+
+bool SqliteStatement::step()
+{
+    const int rc = sqlite3_step(m_stmt);
+    if (rc == SQLITE_ROW) {
+        return true;
+    }
+    if (rc == SQLITE_DONE) {
+        return false;
+    }
+    sqlite3_reset(m_stmt);
+    m_db.raise(QStringLiteral("Cannot access"));
+}
+
+void SqliteStatement::run()
+{
+    while (step()) {
+    }
+}
+
+void SqliteStatement::reset()
+{
+    sqlite3_reset(m_stmt);
+    sqlite3_clear_bindings(m_stmt);
+}
+
+SqliteStatement::Type SqliteStatement::columnType(int column) const
+{
+    switch (sqlite3_column_type(m_stmt, column)) {
+    case SQLITE_INTEGER: return Type::Integer;
+    case SQLITE_FLOAT: return Type::Float;
+    case SQLITE_TEXT: return Type::Text;
+    case SQLITE_BLOB: return Type::Blob;
+    default: return Type::Null;
+    }
+}
+
+qint64 SqliteStatement::columnInt(int column) const
+{
+    return sqlite3_column_int64(m_stmt, column);
+}
+
+double SqliteStatement::columnDouble(int column) const
+{
+    return sqlite3_column_double(m_stmt, column);
+}
+
+QByteArray SqliteStatement::columnBlob(int column) const
+{
+    const void* data = sqlite3_column_blob(m_stmt, column);
+    const int size = sqlite3_column_bytes(m_stmt, column);
+    return size > 0 ? QByteArray(static_cast<const char*>(data), size) : QByteArray();
+}
+
+QString SqliteStatement::columnText(int column) const
+{
+    const auto* data = sqlite3_column_text(m_stmt, column);
+    const int size = sqlite3_column_bytes(m_stmt, column);
+    return size > 0 ? QString::fromUtf8(reinterpret_cast<const char*>(data), size) : QString();
+}
+
+int SqliteStatement::columnCount() const
+{
+    return sqlite3_column_count(m_stmt);
+}
+
+// ---- SqliteDatabase --------------------------------------------------------------------------
+
+SqliteDatabase::SqliteDatabase() = default;
+
+SqliteDatabase::~SqliteDatabase()
+{
+    close();
+}
+
+void SqliteDatabase::open(const QString& path, OpenMode mode)
+{
+    close();
+    int flags = SQLITE_OPEN_FULLMUTEX;
+    switch (mode) {
+    case OpenMode::ReadWrite: flags |= SQLITE_OPEN_READWRITE; break;
+    case OpenMode::ReadWriteCreate: flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE; break;
+    case OpenMode::ReadOnly: flags |= SQLITE_OPEN_READONLY; break;
+    }
+    if (mode != OpenMode::ReadWriteCreate && !QFile::exists(path)) {
+        throw StoreError(QStringLiteral("Cannot open \"%1\": the file does not exist").arg(path));
+    }
+    sqlite3* db = nullptr;
+    const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString why = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
+        sqlite3_close_v2(db);
+        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(path, why));
+    }
+    m_db = db;
+    m_path = path;
+    // Nothing stored in a file is trusted: no triggers, no views, no schema functions, and no
+    // writes that could corrupt the file through the schema.
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+    sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
+    sqlite3_extended_result_codes(m_db, 1);
+}
+
+void SqliteDatabase::close()
+{
+    m_cache.clear();
+    if (m_db) {
+        if (m_transactionDepth > 0) {
+            sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        }
+        sqlite3_close_v2(m_db);
+        m_db = nullptr;
+    }
+    m_transactionDepth = 0;
+    m_rollbackOnly = false;
+    m_path.clear();
+}
+
+void SqliteDatabase::exec(const char* sql)
+{
+    if (!m_db) {
+        throw StoreError(QStringLiteral("No project file is open"));
+    }
+    if (sqlite3_exec(m_db, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+        raise(QStringLiteral("Cannot write"));
+    }
+}
+
+CachedStatement SqliteDatabase::cached(const char* sql)
+{
+    auto it = m_cache.find(sql);
+    if (it == m_cache.end()) {
+        it = m_cache.emplace(sql, std::make_unique<SqliteStatement>(*this, sql, true)).first;
+    }
+    return CachedStatement(*it->second);
+}
+
+qint64 SqliteDatabase::lastInsertRowId() const
+{
+    return m_db ? sqlite3_last_insert_rowid(m_db) : 0;
+}
+
+int SqliteDatabase::changes() const
+{
+    return m_db ? sqlite3_changes(m_db) : 0;
+}
+
+QString SqliteDatabase::lastError() const
+{
+    return m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QString();
+}
+
+void SqliteDatabase::raise(const QString& what) const
+{
+    QString why = lastError();
+    if (m_db) {
+        switch (sqlite3_errcode(m_db) & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            why = QStringLiteral("the file is locked by another program (%1)").arg(why);
+            break;
+        case SQLITE_NOTADB: why = QStringLiteral("the file is not a Kestrum project"); break;
+        case SQLITE_CORRUPT: why = QStringLiteral("the file is damaged (%1)").arg(why); break;
+        case SQLITE_READONLY: why = QStringLiteral("the file is read-only (%1)").arg(why); break;
+        case SQLITE_FULL: why = QStringLiteral("the disk is full"); break;
+        default: break;
+        }
+    }
+    throw StoreError(QStringLiteral("%1 \"%2\": %3").arg(what, m_path, why));
+}
+
+void SqliteDatabase::beginTransaction()
+{
+    if (m_transactionDepth == 0) {
+        // IMMEDIATE takes the write lock now (waiting for another writer up to the busy
+        // timeout), so the change cannot fail half-way for lack of it.
+        exec("BEGIN IMMEDIATE");
+        m_rollbackOnly = false;
+    }
+    ++m_transactionDepth;
+}
+
+void SqliteDatabase::commitTransaction()
+{
+    if (m_transactionDepth == 0) {
+        return;
+    }
+    if (--m_transactionDepth > 0) {
+        return;
+    }
+    if (m_rollbackOnly) {
+        sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        m_rollbackOnly = false;
+        throw StoreError(QStringLiteral("A change to \"%1\" failed and was undone").arg(m_path));
+    }
+    if (sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK) {
+        const QString why = lastError();
+        sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+        throw StoreError(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, why));
+    }
+}
+
+void SqliteDatabase::rollbackTransaction()
+{
+    if (m_transactionDepth == 0 || !m_db) {
+        return;
+    }
+    if (--m_transactionDepth > 0) {
+        m_rollbackOnly = true;
+        return;
+    }
+    sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
+    m_rollbackOnly = false;
+}
+
+} // namespace kestrum::store

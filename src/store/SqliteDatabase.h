@@ -1,0 +1,142 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kestrum::store {
+
+class SqliteDatabase;
+
+// One prepared statement. Errors throw StoreError naming the database file.
+class SqliteStatement
+{
+public:
+    SqliteStatement(SqliteDatabase& db, const char* sql, bool persistent = false);
+    ~SqliteStatement();
+    SqliteStatement(const SqliteStatement&) = delete;
+    SqliteStatement& operator=(const SqliteStatement&) = delete;
+
+    void bindInt(int index, qint64 value);
+    void bindDouble(int index, double value);
+    void bindBlob(int index, const QByteArray& value);
+    void bindText(int index, const QString& value);
+    void bindNull(int index);
+
+    // Advances to the next row: true when a row is available, false when done.
+    bool step();
+    // Runs a statement that returns no rows (or whose rows are not needed).
+    void run();
+    void reset();
+
+    enum class Type { Integer, Float, Text, Blob, Null };
+    Type columnType(int column) const;
+    qint64 columnInt(int column) const;
+    double columnDouble(int column) const;
+    QByteArray columnBlob(int column) const;
+    QString columnText(int column) const;
+    int columnCount() const;
+
+private:
+    SqliteDatabase& m_db;
+    sqlite3_stmt* m_stmt = nullptr;
+};
+
+// A cached statement in use: reset when the scope ends, so that no half-read statement keeps a
+// read lock on the file that another program wants to write.
+class CachedStatement
+{
+public:
+    explicit CachedStatement(SqliteStatement& st) : m_st(&st) {}
+    CachedStatement(CachedStatement&& other) noexcept : m_st(std::exchange(other.m_st, nullptr)) {}
+    CachedStatement(const CachedStatement&) = delete;
+    CachedStatement& operator=(const CachedStatement&) = delete;
+    ~CachedStatement()
+    {
+        if (m_st) {
+            m_st->reset();
+        }
+    }
+    SqliteStatement* operator->() const { return m_st; }
+    SqliteStatement& operator*() const { return *m_st; }
+
+private:
+    SqliteStatement* m_st;
+};
+
+// A connection to one database file, configured for files that come from anyone: defensive
+// mode, untrusted schema, no triggers or views, and a busy timeout so that another program
+// writing the same file is waited for rather than reported.
+class SqliteDatabase
+{
+public:
+    enum class OpenMode { ReadWrite, ReadWriteCreate, ReadOnly };
+
+    SqliteDatabase();
+    ~SqliteDatabase();
+    SqliteDatabase(const SqliteDatabase&) = delete;
+    SqliteDatabase& operator=(const SqliteDatabase&) = delete;
+
+    void open(const QString& path, OpenMode mode);
+    void close();
+    bool isOpen() const { return m_db != nullptr; }
+    const QString& path() const { return m_path; }
+    sqlite3* handle() const { return m_db; }
+
+    void exec(const char* sql);
+    // A statement prepared once per connection, reset after each use.
+    CachedStatement cached(const char* sql);
+
+    qint64 lastInsertRowId() const;
+    int changes() const;
+    QString lastError() const;
+    [[noreturn]] void raise(const QString& what) const;
+
+    // Transaction nesting: only the outermost level begins and commits.
+    void beginTransaction();
+    void commitTransaction();
+    void rollbackTransaction();
+    bool inTransaction() const { return m_transactionDepth > 0; }
+
+    static constexpr int kBusyTimeoutMs = 10000;
+
+private:
+    sqlite3* m_db = nullptr;
+    QString m_path;
+    std::map<std::string, std::unique_ptr<SqliteStatement>> m_cache;
+    int m_transactionDepth = 0;
+    bool m_rollbackOnly = false;
+};
+
+// Scope guard: commits on commit(), rolls back when left without it (an exception).
+class SqliteTransaction
+{
+public:
+    explicit SqliteTransaction(SqliteDatabase& db) : m_db(db) { m_db.beginTransaction(); }
+    ~SqliteTransaction()
+    {
+        if (!m_done) {
+            m_db.rollbackTransaction();
+        }
+    }
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+    void commit()
+    {
+        m_done = true;
+        m_db.commitTransaction();
+    }
+
+private:
+    SqliteDatabase& m_db;
+    bool m_done = false;
+};
+
+} // namespace kestrum::store

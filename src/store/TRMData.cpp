@@ -1,0 +1,724 @@
+#include "TRMData.h"
+
+#include "common/DayCount.h"
+#include "common/IniFile.h"
+#include "common/TabFields.h"
+#include "store/HandOffFile.h"
+#include "store/KeptItemsFile.h"
+#include "store/OutlineStream.h"
+#include "store/PageDocument.h"
+#include "store/PageTable.h"
+#include "store/SqliteDatabase.h"
+#include "store/StoreError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+
+namespace kestrum::store {
+
+namespace {
+
+const QString kOptions = QStringLiteral("OPTIONS");
+const QString kPublicFileName = QStringLiteral("Public File Name");
+const QString kSupModified = QStringLiteral("SUP Modified");
+const QString kNewItems = QStringLiteral("New items");
+const QString kDefaultRootCaption = QStringLiteral("Project name");
+
+// Sets a flag for the lifetime of a scope.
+class FlagGuard
+{
+public:
+    explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~FlagGuard() { m_flag = false; }
+    FlagGuard(const FlagGuard&) = delete;
+    FlagGuard& operator=(const FlagGuard&) = delete;
+
+private:
+    bool& m_flag;
+};
+
+OutlineNodeData folderNode(const QString& caption)
+{
+    OutlineNodeData d;
+    d.caption = caption;
+    d.imageIndex = PageType::Folder;
+    d.data = -1;
+    return d;
+}
+
+// Opens a project file and checks it without touching the open project, so that a file that
+// cannot be used leaves everything as it was.
+std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& fileName)
+{
+    const std::optional<qint32> first = table.firstId();
+    if (!first) {
+        return {};
+    }
+    const std::optional<QByteArray> stream = table.readContent(*first);
+    QString why;
+    std::unique_ptr<OutlineNode> root = OutlineStream::read(stream.value_or(QByteArray()), &why);
+    if (!root && !why.isEmpty()) {
+        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, why));
+    }
+    return root;
+}
+
+} // namespace
+
+TRMData::TRMData(QObject* parent) : QObject(parent), m_outline(this), m_clock(&common::currentDayCount)
+{
+}
+
+TRMData::~TRMData()
+{
+    // Teardown without the window: nothing is left to save but the outline.
+    if (isOpen()) {
+        try {
+            SaveTree();
+        } catch (const StoreError&) {
+        }
+    }
+    m_closing = true;
+}
+
+bool TRMData::isOpen() const
+{
+    return m_db && m_db->isOpen();
+}
+
+bool TRMData::usable() const
+{
+    return !m_closing && isOpen();
+}
+
+void TRMData::setTitleFromFile(const QString& fileName)
+{
+    m_windowTitle = QStringLiteral("Kestrum - ") + QFileInfo(fileName).fileName().toUpper();
+    emit titleChanged(m_windowTitle);
+}
+
+// ---- project files -----------------------------------------------------------------------------
+
+void TRMData::DBCreate(const QString& fileName)
+{
+    const bool existed = QFile::exists(fileName);
+    auto db = std::make_unique<SqliteDatabase>();
+    db->open(fileName, SqliteDatabase::OpenMode::ReadWriteCreate);
+    // A file that is not a database is refused here, before the open project is closed.
+    db->exec("SELECT count(*) FROM sqlite_schema");
+
+    CloseFile();
+    setTitleFromFile(fileName);
+    m_db = std::move(db);
+    m_table = std::make_unique<PageTable>(*m_db);
+    m_fileName = fileName;
+    m_publicFileName = fileName;
+    m_currentPageId = -1;
+    m_currentNodeIndex = -1;
+    try {
+        SqliteTransaction tx(*m_db);
+        m_table->create();
+        m_outline.clear();
+        OutlineNodeData rootData;
+        rootData.caption = kDefaultRootCaption;
+        rootData.imageIndex = PageType::OutlineRoot;
+        rootData.data = 0;
+        OutlineNode* root = m_outline.createRoot(rootData);
+        m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, {}, {}, 0);
+        SaveTree(); // a tree of only the root is not written
+        for (const QString& caption :
+             {QStringLiteral("First document"), QStringLiteral("Second document")}) {
+            OutlineNodeData page;
+            page.caption = caption;
+            page.imageIndex = PageType::Text;
+            OutlineNode* node = m_outline.addChild(root, page);
+            m_outline.setData(node, AddRecord(PageType::Text, caption, {}));
+        }
+        m_outline.setExpanded(root, true);
+        SaveTree();
+        tx.commit();
+    } catch (...) {
+        m_outline.clear();
+        m_table.reset();
+        m_db.reset();
+        m_fileName.clear();
+        if (!existed) {
+            QFile::remove(fileName);
+        }
+        throw;
+    }
+}
+
+void TRMData::DBOpen(const QString& fileName)
+{
+    auto db = std::make_unique<SqliteDatabase>();
+    db->open(fileName, SqliteDatabase::OpenMode::ReadWrite);
+    auto table = std::make_unique<PageTable>(*db);
+    table->validate(true);
+    std::unique_ptr<OutlineNode> root = readStoredOutline(*table, fileName);
+    if (!root) {
+        // A table without an outline yet (a host may create one): only the project node.
+        OutlineNodeData rootData;
+        rootData.caption = kDefaultRootCaption;
+        rootData.imageIndex = PageType::OutlineRoot;
+        rootData.data = 0;
+        root = std::make_unique<OutlineNode>(rootData);
+    }
+
+    m_restoredSelection = -1;
+    CloseFile();
+    m_db = std::move(db);
+    m_table = std::move(table);
+    m_fileName = fileName;
+    m_currentPageId = -1;
+    m_currentNodeIndex = -1;
+
+    m_publicFileName = fileName;
+    if (const QString wpj = companionSettingsPath(); !wpj.isEmpty()) {
+        common::IniFile settings(wpj);
+        if (settings.load()) {
+            m_publicFileName = settings.readString(kOptions, kPublicFileName, fileName);
+        }
+    }
+    setTitleFromFile(m_publicFileName);
+
+    m_outline.reset(std::move(root));
+
+    if (const QString handOff = handOffFileName(false); !handOff.isEmpty() && QFile::exists(handOff)) {
+        try {
+            GetNewPages();
+        } catch (const StoreError& e) {
+            emit warning(e.message());
+        }
+    }
+    emit editorMenusHideRequested();
+    restoreSelectionAfterOpen();
+    emit showSelectedNodeRequested();
+    emit buttonsUpdateRequested();
+}
+
+void TRMData::restoreSelectionAfterOpen()
+{
+    OutlineNode* root = m_outline.root();
+    if (!root) {
+        return;
+    }
+    const int count = m_outline.count();
+    bool selected = false;
+    if (m_restoredSelection > -1) {
+        selected = m_outline.selectIndex(m_restoredSelection + 1);
+        if (selected) {
+            m_outline.setData(root, m_restoredSelection + 1);
+        } else {
+            // The node after the first adopted one does not exist: the adopted node itself.
+            selected = m_outline.selectIndex(m_restoredSelection);
+        }
+    } else if (root->data() > 1 && root->data() < count) {
+        selected = m_outline.selectIndex(root->data());
+    }
+    if (!selected && !m_outline.selectIndex(1)) {
+        m_outline.selectIndex(0);
+    }
+}
+
+void TRMData::CloseFile()
+{
+    if (isOpen()) {
+        emit aboutToClose();
+        try {
+            SaveTree();
+        } catch (const StoreError& e) {
+            emit warning(e.message());
+        }
+    }
+    {
+        FlagGuard closing(m_closing);
+        m_table.reset();
+        m_db.reset();
+        m_fileName.clear();
+        m_outline.clear();
+    }
+    m_currentPageId = -1;
+    m_currentNodeIndex = -1;
+}
+
+// ---- records -----------------------------------------------------------------------------------
+
+std::optional<qint32> TRMData::locate(qint32 pageId)
+{
+    if (pageId == -1) {
+        if (m_currentPageId != -1 && m_table->exists(m_currentPageId)) {
+            return m_currentPageId;
+        }
+        return std::nullopt;
+    }
+    if (!m_table->exists(pageId)) {
+        return std::nullopt;
+    }
+    m_currentPageId = pageId;
+    return pageId;
+}
+
+qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
+                             const QString& comment)
+{
+    if (!usable()) {
+        throw StoreError(QStringLiteral("No project file is open"));
+    }
+    const qint32 id = m_table->insert(now(), info, pageType, content, comment);
+    m_currentPageId = id;
+    return id;
+}
+
+qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
+{
+    if (!usable()) {
+        return -1;
+    }
+    FlagGuard adding(m_adding);
+    SqliteTransaction tx(*m_db);
+    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
+    m_currentPageId = id;
+
+    const EditorKind kind = pageType <= PageType::TextVariant7 ? editorKindFor(pageType)
+                                                               : EditorKind::None;
+    PageDocument* document = m_documents.document(kind);
+    if (document && (kind == EditorKind::Text || kind == EditorKind::Grid ||
+                     kind == EditorKind::Chart || kind == EditorKind::Image)) {
+        bool loaded = false;
+        if (kind == EditorKind::Text) {
+            document->clear();
+        }
+        if (!sourceFile.isEmpty()) {
+            if (kind != EditorKind::Text) {
+                document->clear();
+            }
+            QString why;
+            loaded = document->importFile(sourceFile, &why);
+            if (!loaded) {
+                emit warning(why.isEmpty() ? QStringLiteral("Cannot import \"%1\"").arg(sourceFile)
+                                           : why);
+            }
+        }
+        // An empty text page is stored as an empty document; other kinds store what they
+        // imported, unless the kind keeps that import unsaved for now.
+        if (kind == EditorKind::Text ||
+            (loaded && document->storesImportImmediately(sourceFile))) {
+            saveDocument(kind, id);
+        }
+    }
+    tx.commit();
+    return id;
+}
+
+qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
+{
+    if (!usable()) {
+        return -1;
+    }
+    FlagGuard adding(m_adding);
+    SqliteTransaction tx(*m_db);
+    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
+    m_currentPageId = id;
+    if (PageDocument* text = m_documents.document(EditorKind::Text)) {
+        text->clear();
+        saveDocument(EditorKind::Text, id);
+    }
+    tx.commit();
+    return id;
+}
+
+void TRMData::DeleteRecord(qint32 pageId)
+{
+    if (!usable()) {
+        return;
+    }
+    if (const auto id = locate(pageId)) {
+        m_table->remove(*id);
+        if (m_currentPageId == *id) {
+            m_currentPageId = -1;
+        }
+    }
+}
+
+qint32 TRMData::pageTypeForFile(const QString& fileName)
+{
+    const QString suffix = QFileInfo(fileName).suffix();
+    if (suffix.isEmpty()) {
+        return PageType::Text;
+    }
+    // A plain substring test, as users' files have always been sorted: ".G" finds ".GRID2".
+    const QString ext = QLatin1Char('.') + suffix.toUpper();
+    if (QStringLiteral(".WSX.TEE").contains(ext)) {
+        return PageType::Chart;
+    }
+    if (QStringLiteral(".TAB.CSV.GRID2").contains(ext)) {
+        return PageType::Grid;
+    }
+    if (QStringLiteral(".BMP.WMF.JPG.JPEG.PNG").contains(ext)) {
+        return PageType::Image;
+    }
+    return PageType::Text;
+}
+
+OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
+{
+    if (!usable() || !node) {
+        return nullptr;
+    }
+    OutlineNodeData data;
+    data.caption = QFileInfo(fileName).completeBaseName();
+    data.imageIndex = pageTypeForFile(fileName);
+    data.data = -1;
+    if (!asChild && !node->parent()) {
+        asChild = true; // nothing can stand beside the project node
+    }
+    OutlineNode* added = asChild ? m_outline.addChild(node, data) : m_outline.addAfter(node, data);
+    m_outline.setExpanded(node, true);
+    m_outline.setSelected(added);
+    m_currentNodeIndex = m_outline.indexOf(added);
+    try {
+        SqliteTransaction tx(*m_db);
+        m_outline.setData(added, AddRecord(data.imageIndex, data.caption, fileName));
+        SaveTree();
+        tx.commit();
+    } catch (...) {
+        m_outline.removeNode(added);
+        m_currentNodeIndex = -1;
+        throw;
+    }
+    markModified();
+    return added;
+}
+
+// ---- outline -----------------------------------------------------------------------------------
+
+void TRMData::SaveTree()
+{
+    if (!usable() || m_outline.count() <= 1) {
+        return;
+    }
+    m_outline.setData(m_outline.root(), m_outline.selectedIndex());
+    const QByteArray stream = OutlineStream::write(m_outline.root());
+    const std::optional<qint32> first = m_table->firstId();
+    if (first) {
+        m_table->writeContent(*first, stream);
+    } else {
+        m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, stream, {}, 0);
+    }
+    emit buttonsUpdateRequested();
+}
+
+// ---- page content ------------------------------------------------------------------------------
+
+bool TRMData::saveDocument(EditorKind kind, qint32 pageId)
+{
+    if (!usable()) {
+        return false;
+    }
+    PageDocument* document = m_documents.document(kind);
+    if (!document) {
+        return false;
+    }
+    const std::optional<qint32> id = locate(pageId);
+    if (!id) {
+        return false;
+    }
+    QByteArray bytes;
+    QString why;
+    if (!document->writeContent(bytes, &why)) {
+        throw StoreError(QStringLiteral("Cannot save page %1 of \"%2\": %3").arg(*id).arg(m_fileName, why));
+    }
+    return m_table->writeContent(*id, bytes);
+}
+
+bool TRMData::getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing)
+{
+    if (!usable()) {
+        return false;
+    }
+    PageDocument* document = m_documents.document(kind);
+    if (!document) {
+        return false;
+    }
+    const std::optional<qint32> id = locate(pageId);
+    if (!id) {
+        if (clearWhenMissing) {
+            document->clear();
+        }
+        return false;
+    }
+    document->clear();
+    if (kind == EditorKind::Chart) {
+        document->setPageInfo(m_table->readInfo(*id).value_or(QString()));
+    }
+    const QByteArray content = m_table->readContent(*id).value_or(QByteArray());
+    QString why;
+    if (!document->readContent(content, &why)) {
+        document->clear();
+        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3").arg(*id).arg(m_fileName, why));
+    }
+    return true;
+}
+
+bool TRMData::savePage(qint32 pageType, qint32 pageId)
+{
+    const EditorKind kind = editorKindFor(pageType);
+    return kind != EditorKind::None && saveDocument(kind, pageId);
+}
+
+bool TRMData::getPage(qint32 pageType, qint32 pageId)
+{
+    const EditorKind kind = editorKindFor(pageType);
+    return kind != EditorKind::None && getDocument(kind, pageId, kind == EditorKind::Text);
+}
+
+bool TRMData::SaveComment(qint32 pageId, const QString& text)
+{
+    if (!usable()) {
+        return false;
+    }
+    const std::optional<qint32> id = locate(pageId);
+    return id && m_table->writeComment(*id, text);
+}
+
+bool TRMData::GetComment(qint32 pageId, QString* text)
+{
+    if (!usable()) {
+        return false;
+    }
+    const std::optional<qint32> id = locate(pageId);
+    if (!id) {
+        return false;
+    }
+    *text = m_table->readComment(*id).value_or(QString());
+    return true;
+}
+
+// ---- settings beside the project -----------------------------------------------------------
+
+QString TRMData::companionSettingsPath() const
+{
+    if (m_fileName.isEmpty()) {
+        return {};
+    }
+    const QFileInfo info(m_fileName);
+    const QString base = info.completeBaseName();
+    const QDir dir = info.absoluteDir();
+    for (const QString& ext : {QStringLiteral(".WPJ"), QStringLiteral(".wpj")}) {
+        if (QFileInfo::exists(dir.filePath(base + ext))) {
+            return dir.filePath(base + ext);
+        }
+    }
+    // Any other spelling of the extension, as written on a case-insensitive system.
+    const QString wanted = base + QStringLiteral(".wpj");
+    for (const QString& entry : dir.entryList(QDir::Files | QDir::Hidden)) {
+        if (entry.compare(wanted, Qt::CaseInsensitive) == 0) {
+            return dir.filePath(entry);
+        }
+    }
+    return {};
+}
+
+void TRMData::writeCompanionSetting(const QString& section, const QString& key, const QString& value)
+{
+    const QString path = companionSettingsPath();
+    if (path.isEmpty()) {
+        return; // never created here: the file belongs to the host
+    }
+    common::IniFile settings(path);
+    QString why;
+    if (!settings.load(&why) && !why.isEmpty()) {
+        emit warning(why);
+        return;
+    }
+    if (settings.readString(section, key) == value && settings.hasKey(section, key)) {
+        return;
+    }
+    settings.writeString(section, key, value);
+    if (!settings.save(&why)) {
+        emit warning(why);
+    }
+}
+
+void TRMData::markModified()
+{
+    m_modified = true;
+    writeCompanionSetting(kOptions, kSupModified, QStringLiteral("T"));
+}
+
+// ---- hand-off intake ---------------------------------------------------------------------------
+
+QString TRMData::handOffFileName(bool lowerCaseSupTest) const
+{
+    if (!isOpen()) {
+        return {};
+    }
+    return HandOffFile::nameFor(m_fileName, lowerCaseSupTest);
+}
+
+bool TRMData::pollHandOff()
+{
+    if (!usable()) {
+        return false;
+    }
+    const QString handOff = handOffFileName(true);
+    if (handOff.isEmpty() || !QFile::exists(handOff)) {
+        return false;
+    }
+    GetNewPages();
+    return true;
+}
+
+void TRMData::GetNewPages()
+{
+    if (!usable()) {
+        return;
+    }
+    // The file the poll or the opening found; the two tests differ only in letter case.
+    QString handOff = handOffFileName(true);
+    if (handOff.isEmpty() || !QFile::exists(handOff)) {
+        handOff = handOffFileName(false);
+    }
+    if (handOff.isEmpty() || !QFile::exists(handOff)) {
+        return;
+    }
+    m_restoredSelection = -1;
+    const QString firstLine =
+        handOff.contains(QLatin1String("session.new")) ? HandOffFile::readFirstLine(handOff) : QString();
+
+    // Page ids carried by the outline. The root's data is the last selected index, not a page.
+    QSet<qint32> referenced;
+    referenced.reserve(m_outline.count() + 1);
+    referenced.insert(0);
+    OutlineNode* newItems = nullptr;
+    OutlineNode* namedParent = nullptr;
+    for (OutlineNode* node : m_outline.nodesInOrder()) {
+        if (node != m_outline.root()) {
+            referenced.insert(node->data());
+        }
+        if (node->caption() == kNewItems) {
+            newItems = node;
+        }
+        if (!firstLine.isEmpty() && node->caption() == firstLine) {
+            namedParent = node;
+        }
+    }
+
+    std::vector<OutlineNodeData> adopted;
+    for (const PageSummary& record : m_table->summaries()) {
+        if (referenced.contains(record.pageId)) {
+            continue;
+        }
+        OutlineNodeData d;
+        d.caption = record.infoDamaged
+                        ? QStringLiteral("Page %1 (damaged title)").arg(record.pageId)
+                        : common::tabField(record.info, 3);
+        d.imageIndex = record.type;
+        d.data = record.pageId;
+        adopted.push_back(std::move(d));
+        referenced.insert(record.pageId);
+    }
+
+    if (!adopted.empty()) {
+        std::vector<OutlineNode*> created;
+        try {
+            if (!newItems) {
+                newItems = m_outline.addChild(m_outline.root(), folderNode(kNewItems));
+                created.push_back(newItems);
+            }
+            OutlineNode* parent = newItems;
+            if (!firstLine.isEmpty()) {
+                parent = namedParent;
+                if (!parent) {
+                    parent = m_outline.addChild(newItems, folderNode(firstLine));
+                    created.push_back(parent);
+                }
+            }
+            const int firstRow = parent->childCount();
+            OutlineNode* first = m_outline.appendChildren(parent, adopted);
+            m_restoredSelection = m_outline.indexOf(first);
+            m_outline.setExpanded(parent, true);
+            try {
+                SaveTree();
+            } catch (...) {
+                // Undo the adoption so that the next tick tries again with the file intact.
+                while (parent->childCount() > firstRow) {
+                    m_outline.removeNode(parent->childAt(parent->childCount() - 1));
+                }
+                throw;
+            }
+        } catch (...) {
+            for (auto it = created.rbegin(); it != created.rend(); ++it) {
+                m_outline.removeNode(*it);
+            }
+            m_restoredSelection = -1;
+            throw;
+        }
+    }
+    if (!QFile::remove(handOff) && QFile::exists(handOff)) {
+        emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
+    }
+}
+
+// ---- kept items --------------------------------------------------------------------------------
+
+QString TRMData::keptItemsFileName() const
+{
+    if (m_fileName.isEmpty()) {
+        return {};
+    }
+    const QFileInfo info(m_fileName);
+    return info.absoluteDir().filePath(info.completeBaseName() + QStringLiteral(".sup"));
+}
+
+int TRMData::MoveToSup()
+{
+    if (!usable()) {
+        return 0;
+    }
+    OutlineNode* selected = m_outline.selected();
+    if (!selected) {
+        return 0;
+    }
+    const QString supPath = keptItemsFileName();
+    if (QFileInfo(supPath).absoluteFilePath() == QFileInfo(m_fileName).absoluteFilePath()) {
+        throw StoreError(QStringLiteral("\"%1\" is itself a kept-items file: its pages cannot be "
+                                        "kept in it")
+                             .arg(m_fileName));
+    }
+    KeptItemsFile kept(supPath, now());
+    int copied = 0;
+    auto copyPage = [&](const OutlineNode* node) {
+        // Folders and the project node have no record to keep.
+        if (node == m_outline.root() || node->data() <= 0) {
+            return;
+        }
+        if (const std::optional<RawPageRow> row = m_table->readRaw(node->data())) {
+            kept.add(*row);
+            m_currentPageId = node->data();
+            ++copied;
+        }
+    };
+    if (selected->hasChildren()) {
+        const int start = m_outline.indexOf(selected);
+        for (int i = start + 1; i < m_outline.count(); ++i) {
+            OutlineNode* node = m_outline.nodeAt(i);
+            if (!node->isUnder(selected) || node->hasChildren()) {
+                break;
+            }
+            m_outline.setSelected(node);
+            emit showSelectedNodeRequested();
+            copyPage(node);
+        }
+    } else {
+        copyPage(selected);
+    }
+    kept.commit();
+    return copied;
+}
+
+} // namespace kestrum::store

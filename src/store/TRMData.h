@@ -1,0 +1,155 @@
+#pragma once
+
+#include "store/DocumentRegistry.h"
+#include "store/OutlineModel.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kestrum::store {
+
+class PageTable;
+class SqliteDatabase;
+
+// The project store: one project file (an SQLite database with the page table "OUTPUT"), its
+// outline, and the kept-items file beside it. Pages are read and written through the page
+// documents registered for each kind. Engine failures (locked or damaged file) are thrown as
+// StoreError to the command that caused them; multi-record changes are single transactions.
+class TRMData : public QObject
+{
+    Q_OBJECT
+public:
+    explicit TRMData(QObject* parent = nullptr);
+    ~TRMData() override;
+
+    OutlineModel& outline() { return m_outline; }
+    const OutlineModel& outline() const { return m_outline; }
+    DocumentRegistry& documents() { return m_documents; }
+    // Read access to the page table of the open project (null when closed).
+    PageTable* table() const { return m_table.get(); }
+
+    // ---- state
+    bool isOpen() const;
+    const QString& fileName() const { return m_fileName; }
+    const QString& publicFileName() const { return m_publicFileName; }
+    QString windowTitle() const { return m_windowTitle; }
+    bool isClosing() const { return m_closing; }
+    bool isAdding() const { return m_adding; }
+    bool isModified() const { return m_modified; }
+    void setModified(bool modified) { m_modified = modified; }
+    int restoredSelectionIndex() const { return m_restoredSelection; }
+    void setRestoredSelectionIndex(int index) { m_restoredSelection = index; }
+    // Absolute index of the node whose page is loaded in its editor; -1 when none.
+    int currentNodeIndex() const { return m_currentNodeIndex; }
+    void setCurrentNodeIndex(int index) { m_currentNodeIndex = index; }
+    // The current record: the page last found by id (-1 when none).
+    qint32 currentPageId() const { return m_currentPageId; }
+
+    // The time stamp of new records (a day count); replaceable for tests.
+    void setClock(std::function<double()> clock) { m_clock = std::move(clock); }
+
+    // ---- project files
+    void DBCreate(const QString& fileName);
+    void DBOpen(const QString& fileName);
+    void CloseFile();
+
+    // ---- records
+    qint32 AddRecord(qint32 pageType, const QString& title, const QString& sourceFile);
+    qint32 AddWPRecord(const QString& title, qint32 pageType);
+    void DeleteRecord(qint32 pageId);
+    // What a host program does: a record with no outline node (all columns given).
+    qint32 appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
+                        const QString& comment);
+    OutlineNode* AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
+    static qint32 pageTypeForFile(const QString& fileName);
+
+    // ---- outline
+    void SaveTree();
+
+    // ---- page content through the editors' documents (page id -1: the current record)
+    bool SaveWP(qint32 pageId) { return saveDocument(EditorKind::Text, pageId); }
+    bool GetWP(qint32 pageId) { return getDocument(EditorKind::Text, pageId, true); }
+    bool SaveGrid(qint32 pageId) { return saveDocument(EditorKind::Grid, pageId); }
+    bool GetGrid(qint32 pageId) { return getDocument(EditorKind::Grid, pageId, false); }
+    bool SaveChart(qint32 pageId) { return saveDocument(EditorKind::Chart, pageId); }
+    bool GetChart(qint32 pageId) { return getDocument(EditorKind::Chart, pageId, false); }
+    bool SaveImage(qint32 pageId) { return saveDocument(EditorKind::Image, pageId); }
+    bool GetImage(qint32 pageId) { return getDocument(EditorKind::Image, pageId, false); }
+    bool SaveDiagram(qint32 pageId) { return saveDocument(EditorKind::Diagram, pageId); }
+    bool GetDiagram(qint32 pageId) { return getDocument(EditorKind::Diagram, pageId, false); }
+    bool SaveWordCloud(qint32 pageId) { return saveDocument(EditorKind::WordCloud, pageId); }
+    bool GetWordCloud(qint32 pageId) { return getDocument(EditorKind::WordCloud, pageId, false); }
+    bool SaveTimeLine(qint32 pageId) { return saveDocument(EditorKind::Timeline, pageId); }
+    bool GetTimeLine(qint32 pageId) { return getDocument(EditorKind::Timeline, pageId, false); }
+    // By page kind: what showing and leaving a page do.
+    bool savePage(qint32 pageType, qint32 pageId);
+    bool getPage(qint32 pageType, qint32 pageId);
+
+    bool SaveComment(qint32 pageId, const QString& text);
+    bool GetComment(qint32 pageId, QString* text);
+
+    // ---- settings beside the project
+    // The companion settings file when it exists (its extension in any case), else empty.
+    QString companionSettingsPath() const;
+    // Writes a value into the companion settings file only when that file exists.
+    void writeCompanionSetting(const QString& section, const QString& key, const QString& value);
+    // The mark-modified step.
+    void markModified();
+
+    // ---- hand-off intake and kept items
+    // The hand-off file the timer looks for ("session.new" or "TLTree.new"), or empty.
+    // `lowerCaseSupTest` chooses the timer's test over the one made on opening.
+    QString handOffFileName(bool lowerCaseSupTest) const;
+    // One tick of the hand-off poll: runs GetNewPages when the hand-off file exists.
+    // Returns whether it ran.
+    bool pollHandOff();
+    void GetNewPages();
+    // The kept-items file beside the project (extension ".sup").
+    QString keptItemsFileName() const;
+    // "Keep selected item": copies the selected page, or the pages directly under a selected
+    // node, into the kept-items file (created when missing). Returns the number copied.
+    int MoveToSup();
+
+signals:
+    void titleChanged(const QString& title);
+    // Before a project is closed: the window writes back the page on screen.
+    void aboutToClose();
+    // The editor-specific menus are to be hidden (on opening).
+    void editorMenusHideRequested();
+    // The selected node is to be shown (after opening, and for each page kept from a folder).
+    void showSelectedNodeRequested();
+    // The outline changed position or shape: buttons and status to be refreshed.
+    void buttonsUpdateRequested();
+    // Something the user should be told that does not stop the work (an import that failed).
+    void warning(const QString& message);
+
+private:
+    bool usable() const;
+    std::optional<qint32> locate(qint32 pageId);
+    bool saveDocument(EditorKind kind, qint32 pageId);
+    bool getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing);
+    void setTitleFromFile(const QString& fileName);
+    void restoreSelectionAfterOpen();
+    double now() const { return m_clock(); }
+
+    OutlineModel m_outline;
+    DocumentRegistry m_documents;
+    std::unique_ptr<SqliteDatabase> m_db;
+    std::unique_ptr<PageTable> m_table;
+    QString m_fileName;
+    QString m_publicFileName;
+    QString m_windowTitle;
+    bool m_closing = false;
+    bool m_adding = false;
+    bool m_modified = false;
+    int m_restoredSelection = -1;
+    int m_currentNodeIndex = -1;
+    qint32 m_currentPageId = -1;
+    std::function<double()> m_clock;
+};
+
+} // namespace kestrum::store
