@@ -1,0 +1,29 @@
+#include "Dialogs.h"
+
+#include "app/QtDialogs.h"
+
+namespace kestrum::app {
+
+namespace {
+Dialogs* g_installed = nullptr;
+} // namespace
+
+Dialogs::~Dialogs() = default;
+
+Dialogs& dialogs()
+{
+    static QtDialogs real;
+    return g_installed ? *g_installed : real;
+}
+
+void setDialogs(Dialogs* dialogs)
+{
+    g_installed = dialogs;
+}
+
+QString joinFilters(const QStringList& filters)
+{
+    return filters.join(QStringLiteral(";;"));
+}
+
+} // namespace kestrum::app

@@ -1,0 +1,160 @@
+#include "QtDialogs.h"
+
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QTimer>
+
+namespace kestrum::app {
+
+namespace {
+
+// Runs a file dialog and reads back the file and the 1-based filter the user chose.
+std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog, const Dialogs::FileRequest& request)
+{
+    if (!request.filters.isEmpty()) {
+        dialog.setNameFilters(request.filters);
+        const int index = qBound(1, request.filterIndex, int(request.filters.size()));
+        dialog.selectNameFilter(request.filters.at(index - 1));
+    }
+    if (!request.directory.isEmpty()) {
+        dialog.setDirectory(request.directory);
+    }
+    if (!request.fileName.isEmpty()) {
+        dialog.selectFile(request.fileName);
+    }
+    if (!request.defaultSuffix.isEmpty()) {
+        dialog.setDefaultSuffix(request.defaultSuffix);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    Dialogs::FileChoice choice;
+    choice.fileName = dialog.selectedFiles().constFirst();
+    choice.filterIndex = int(request.filters.indexOf(dialog.selectedNameFilter())) + 1;
+    if (choice.filterIndex < 1) {
+        choice.filterIndex = 1;
+    }
+    return choice;
+}
+
+} // namespace
+
+bool QtDialogs::askYesNo(QWidget* parent, const QString& title, const QString& text)
+{
+    return QMessageBox::question(parent, title, text, QMessageBox::Yes | QMessageBox::No,
+                                 QMessageBox::No) == QMessageBox::Yes;
+}
+
+void QtDialogs::information(QWidget* parent, const QString& text)
+{
+    QMessageBox::information(parent, QStringLiteral("Kestrum"), text);
+}
+
+void QtDialogs::warning(QWidget* parent, const QString& text)
+{
+    QMessageBox::warning(parent, QStringLiteral("Kestrum"), text);
+}
+
+void QtDialogs::notice(QWidget* parent, const QString& text, int milliseconds)
+{
+    auto* label = new QLabel(text, parent, Qt::ToolTip | Qt::FramelessWindowHint);
+    label->setAttribute(Qt::WA_DeleteOnClose);
+    label->setAlignment(Qt::AlignCenter);
+    label->setMargin(16);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 1.4);
+    font.setBold(true);
+    label->setFont(font);
+    label->adjustSize();
+    if (parent) {
+        const QRect area = parent->window()->geometry();
+        label->move(area.center() - QPoint(label->width() / 2, label->height() / 2));
+    }
+    label->show();
+    QTimer::singleShot(milliseconds, label, &QWidget::close);
+}
+
+std::optional<QString> QtDialogs::getText(QWidget* parent, const QString& title,
+                                          const QString& prompt, const QString& initial)
+{
+    bool ok = false;
+    const QString text = QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, initial, &ok);
+    return ok ? std::optional<QString>(text) : std::nullopt;
+}
+
+std::optional<QColor> QtDialogs::getColour(QWidget* parent, const QColor& initial, const QString& title)
+{
+    const QColor colour = QColorDialog::getColor(initial, parent, title);
+    return colour.isValid() ? std::optional<QColor>(colour) : std::nullopt;
+}
+
+std::optional<QFont> QtDialogs::getFont(QWidget* parent, const QFont& initial, const QString& title)
+{
+    bool ok = false;
+    const QFont font = QFontDialog::getFont(&ok, initial, parent, title);
+    return ok ? std::optional<QFont>(font) : std::nullopt;
+}
+
+std::optional<Dialogs::FileChoice> QtDialogs::getOpenFileName(QWidget* parent, const FileRequest& request)
+{
+    QFileDialog dialog(parent, request.caption);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return runFileDialog(dialog, request);
+}
+
+std::optional<QStringList> QtDialogs::getOpenFileNames(QWidget* parent, const FileRequest& request)
+{
+    QFileDialog dialog(parent, request.caption);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    if (!runFileDialog(dialog, request)) {
+        return std::nullopt;
+    }
+    return dialog.selectedFiles();
+}
+
+std::optional<Dialogs::FileChoice> QtDialogs::getSaveFileName(QWidget* parent, const FileRequest& request)
+{
+    QFileDialog dialog(parent, request.caption);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    return runFileDialog(dialog, request);
+}
+
+bool QtDialogs::print(QWidget* parent, QPrinter* printer)
+{
+    QPrintDialog dialog(printer, parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtDialogs::printSetup(QWidget* parent, QPrinter* printer)
+{
+    QPageSetupDialog dialog(printer, parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtDialogs::printPreview(QWidget* parent, QPrinter* printer,
+                             const std::function<void(QPrinter*)>& paint)
+{
+    QPrintPreviewDialog dialog(printer, parent);
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
+                     [&paint](QPrinter* p) { paint(p); });
+    dialog.exec();
+    return true;
+}
+
+int QtDialogs::exec(QDialog* dialog)
+{
+    return dialog->exec();
+}
+
+} // namespace kestrum::app
