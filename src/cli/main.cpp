@@ -2,10 +2,15 @@
 // 1 with a message on standard error for input that cannot be used, 2 for a usage error.
 
 #include "cli/CommandTable.h"
+#include "cli/PageExporters.h"
 #include "store/StoreError.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <memory>
@@ -29,6 +34,8 @@ int main(int argc, char** argv)
     CommandTable table;
     registerStoreCommands(table);
     registerDemoCommand(table);
+    PageExporterTable exporters;
+    registerExportPageCommand(table, exporters);
 
     QTextStream out(stdout);
     QTextStream err(stderr);
@@ -51,6 +58,15 @@ int main(int argc, char** argv)
 
     std::unique_ptr<QCoreApplication> app;
     if (spec->needsGui) {
+        // A private runtime folder, as the desktop session would give (silences Qt's warning).
+        if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+            const QByteArray runtime =
+                QDir::tempPath().toLocal8Bit() + "/kestrum-runtime-" + QByteArray::number(getuid());
+            QDir().mkpath(QString::fromLocal8Bit(runtime));
+            QFile::setPermissions(QString::fromLocal8Bit(runtime),
+                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            qputenv("XDG_RUNTIME_DIR", runtime);
+        }
         // Fonts and painting without a display.
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
