@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
+#include <sys/stat.h>
+
 namespace kestrum::store::HandOffFile {
 
 namespace {
@@ -48,6 +50,20 @@ QString readFirstLine(const QString& path)
         line = QString::fromLatin1(bytes); // a host writing its own 8-bit code page
     }
     return line;
+}
+
+Stamp stamp(const QString& path)
+{
+    struct stat info
+    {};
+    Stamp s;
+    if (::stat(QFile::encodeName(path).constData(), &info) == 0) {
+        s.inode = quint64(info.st_ino);
+        s.size = qint64(info.st_size);
+        s.modifiedNs = qint64(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec;
+        s.changedNs = qint64(info.st_ctim.tv_sec) * 1000000000 + info.st_ctim.tv_nsec;
+    }
+    return s;
 }
 
 } // namespace kestrum::store::HandOffFile

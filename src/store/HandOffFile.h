@@ -16,5 +16,18 @@ QString nameFor(const QString& projectFile, bool lowerCaseSupTest);
 // file is empty or cannot be read.
 QString readFirstLine(const QString& path);
 
+// What identifies one writing of a hand-off file (inode, size, modification and change times
+// to the nanosecond). The intake deletes the file only when it is still the one it read, so
+// that a hand-off written while pages were being taken in is not lost.
+struct Stamp
+{
+    quint64 inode = 0;
+    qint64 size = -1;
+    qint64 modifiedNs = 0;
+    qint64 changedNs = 0;
+    bool operator==(const Stamp&) const = default;
+};
+Stamp stamp(const QString& path);
+
 } // namespace HandOffFile
 } // namespace kestrum::store

@@ -83,11 +83,16 @@ void SqliteStatement::reset()
 SqliteStatement::Type SqliteStatement::columnType(int column) const
 {
     switch (sqlite3_column_type(m_stmt, column)) {
-    case SQLITE_INTEGER: return Type::Integer;
-    case SQLITE_FLOAT: return Type::Float;
-    case SQLITE_TEXT: return Type::Text;
-    case SQLITE_BLOB: return Type::Blob;
-    default: return Type::Null;
+    case SQLITE_INTEGER:
+        return Type::Integer;
+    case SQLITE_FLOAT:
+        return Type::Float;
+    case SQLITE_TEXT:
+        return Type::Text;
+    case SQLITE_BLOB:
+        return Type::Blob;
+    default:
+        return Type::Null;
     }
 }
 
@@ -120,6 +125,20 @@ int SqliteStatement::columnCount() const
     return sqlite3_column_count(m_stmt);
 }
 
+namespace {
+int g_busyTimeoutMs = 10000;
+} // namespace
+
+void SqliteDatabase::setBusyTimeout(int milliseconds)
+{
+    g_busyTimeoutMs = milliseconds;
+}
+
+int SqliteDatabase::busyTimeout()
+{
+    return g_busyTimeoutMs;
+}
+
 // ---- SqliteDatabase --------------------------------------------------------------------------
 
 SqliteDatabase::SqliteDatabase() = default;
@@ -134,9 +153,15 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
     close();
     int flags = SQLITE_OPEN_FULLMUTEX;
     switch (mode) {
-    case OpenMode::ReadWrite: flags |= SQLITE_OPEN_READWRITE; break;
-    case OpenMode::ReadWriteCreate: flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE; break;
-    case OpenMode::ReadOnly: flags |= SQLITE_OPEN_READONLY; break;
+    case OpenMode::ReadWrite:
+        flags |= SQLITE_OPEN_READWRITE;
+        break;
+    case OpenMode::ReadWriteCreate:
+        flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+        break;
+    case OpenMode::ReadOnly:
+        flags |= SQLITE_OPEN_READONLY;
+        break;
     }
     if (mode != OpenMode::ReadWriteCreate && !QFile::exists(path)) {
         throw StoreError(QStringLiteral("Cannot open \"%1\": the file does not exist").arg(path));
@@ -144,7 +169,8 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
     sqlite3* db = nullptr;
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);
     if (rc != SQLITE_OK) {
-        const QString why = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
+        const QString why =
+            db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
         sqlite3_close_v2(db);
         throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(path, why));
     }
@@ -157,7 +183,7 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
-    sqlite3_busy_timeout(m_db, kBusyTimeoutMs);
+    sqlite3_busy_timeout(m_db, g_busyTimeoutMs);
     sqlite3_extended_result_codes(m_db, 1);
 }
 
@@ -219,11 +245,20 @@ void SqliteDatabase::raise(const QString& what) const
         case SQLITE_LOCKED:
             why = QStringLiteral("the file is locked by another program (%1)").arg(why);
             break;
-        case SQLITE_NOTADB: why = QStringLiteral("the file is not a Kestrum project"); break;
-        case SQLITE_CORRUPT: why = QStringLiteral("the file is damaged (%1)").arg(why); break;
-        case SQLITE_READONLY: why = QStringLiteral("the file is read-only (%1)").arg(why); break;
-        case SQLITE_FULL: why = QStringLiteral("the disk is full"); break;
-        default: break;
+        case SQLITE_NOTADB:
+            why = QStringLiteral("the file is not a Kestrum project");
+            break;
+        case SQLITE_CORRUPT:
+            why = QStringLiteral("the file is damaged (%1)").arg(why);
+            break;
+        case SQLITE_READONLY:
+            why = QStringLiteral("the file is read-only (%1)").arg(why);
+            break;
+        case SQLITE_FULL:
+            why = QStringLiteral("the disk is full");
+            break;
+        default:
+            break;
         }
     }
     throw StoreError(QStringLiteral("%1 \"%2\": %3").arg(what, m_path, why));

@@ -36,7 +36,14 @@ public:
     void run();
     void reset();
 
-    enum class Type { Integer, Float, Text, Blob, Null };
+    enum class Type
+    {
+        Integer,
+        Float,
+        Text,
+        Blob,
+        Null
+    };
     Type columnType(int column) const;
     qint64 columnInt(int column) const;
     double columnDouble(int column) const;
@@ -77,7 +84,12 @@ private:
 class SqliteDatabase
 {
 public:
-    enum class OpenMode { ReadWrite, ReadWriteCreate, ReadOnly };
+    enum class OpenMode
+    {
+        ReadWrite,
+        ReadWriteCreate,
+        ReadOnly
+    };
 
     SqliteDatabase();
     ~SqliteDatabase();
@@ -105,7 +117,10 @@ public:
     void rollbackTransaction();
     bool inTransaction() const { return m_transactionDepth > 0; }
 
-    static constexpr int kBusyTimeoutMs = 10000;
+    // How long a connection waits for another program's lock before it reports the file
+    // locked (10 s; tests shorten it).
+    static void setBusyTimeout(int milliseconds);
+    static int busyTimeout();
 
 private:
     sqlite3* m_db = nullptr;

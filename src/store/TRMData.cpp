@@ -68,13 +68,16 @@ std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& 
 
 } // namespace
 
-TRMData::TRMData(QObject* parent) : QObject(parent), m_outline(this), m_clock(&common::currentDayCount)
-{
-}
+TRMData::TRMData(QObject* parent)
+    : QObject(parent), m_outline(this), m_clock(&common::currentDayCount)
+{}
 
 TRMData::~TRMData()
 {
-    // Teardown without the window: nothing is left to save but the outline.
+    // Teardown without the window: nothing is left to save but the outline, and nobody is left
+    // to tell.
+    blockSignals(true);
+    m_outline.blockSignals(true);
     if (isOpen()) {
         try {
             SaveTree();
@@ -154,6 +157,8 @@ void TRMData::DBCreate(const QString& fileName)
 
 void TRMData::DBOpen(const QString& fileName)
 {
+    // The open project is written first: it may be the very file being opened again.
+    flushBeforeClose();
     auto db = std::make_unique<SqliteDatabase>();
     db->open(fileName, SqliteDatabase::OpenMode::ReadWrite);
     auto table = std::make_unique<PageTable>(*db);
@@ -169,7 +174,7 @@ void TRMData::DBOpen(const QString& fileName)
     }
 
     m_restoredSelection = -1;
-    CloseFile();
+    closeConnections();
     m_db = std::move(db);
     m_table = std::move(table);
     m_fileName = fileName;
@@ -187,7 +192,8 @@ void TRMData::DBOpen(const QString& fileName)
 
     m_outline.reset(std::move(root));
 
-    if (const QString handOff = handOffFileName(false); !handOff.isEmpty() && QFile::exists(handOff)) {
+    if (const QString handOff = handOffFileName(false);
+        !handOff.isEmpty() && QFile::exists(handOff)) {
         try {
             GetNewPages();
         } catch (const StoreError& e) {
@@ -226,14 +232,25 @@ void TRMData::restoreSelectionAfterOpen()
 
 void TRMData::CloseFile()
 {
-    if (isOpen()) {
-        emit aboutToClose();
-        try {
-            SaveTree();
-        } catch (const StoreError& e) {
-            emit warning(e.message());
-        }
+    flushBeforeClose();
+    closeConnections();
+}
+
+void TRMData::flushBeforeClose()
+{
+    if (!isOpen()) {
+        return;
     }
+    emit aboutToClose();
+    try {
+        SaveTree();
+    } catch (const StoreError& e) {
+        emit warning(e.message());
+    }
+}
+
+void TRMData::closeConnections()
+{
     {
         FlagGuard closing(m_closing);
         m_table.reset();
@@ -279,12 +296,13 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
         return -1;
     }
     FlagGuard adding(m_adding);
+    m_lastImportUnsaved = false;
     SqliteTransaction tx(*m_db);
     const qint32 id = m_table->insert(now(), title, pageType, {}, {});
     m_currentPageId = id;
 
-    const EditorKind kind = pageType <= PageType::TextVariant7 ? editorKindFor(pageType)
-                                                               : EditorKind::None;
+    const EditorKind kind =
+        pageType <= PageType::TextVariant7 ? editorKindFor(pageType) : EditorKind::None;
     PageDocument* document = m_documents.document(kind);
     if (document && (kind == EditorKind::Text || kind == EditorKind::Grid ||
                      kind == EditorKind::Chart || kind == EditorKind::Image)) {
@@ -305,9 +323,10 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
         }
         // An empty text page is stored as an empty document; other kinds store what they
         // imported, unless the kind keeps that import unsaved for now.
-        if (kind == EditorKind::Text ||
-            (loaded && document->storesImportImmediately(sourceFile))) {
+        if (kind == EditorKind::Text || (loaded && document->storesImportImmediately(sourceFile))) {
             saveDocument(kind, id);
+        } else if (loaded) {
+            m_lastImportUnsaved = true;
         }
     }
     tx.commit();
@@ -430,7 +449,8 @@ bool TRMData::saveDocument(EditorKind kind, qint32 pageId)
     QByteArray bytes;
     QString why;
     if (!document->writeContent(bytes, &why)) {
-        throw StoreError(QStringLiteral("Cannot save page %1 of \"%2\": %3").arg(*id).arg(m_fileName, why));
+        throw StoreError(
+            QStringLiteral("Cannot save page %1 of \"%2\": %3").arg(*id).arg(m_fileName, why));
     }
     return m_table->writeContent(*id, bytes);
 }
@@ -459,7 +479,8 @@ bool TRMData::getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing)
     QString why;
     if (!document->readContent(content, &why)) {
         document->clear();
-        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3").arg(*id).arg(m_fileName, why));
+        throw StoreError(
+            QStringLiteral("Page %1 of \"%2\" cannot be shown: %3").arg(*id).arg(m_fileName, why));
     }
     return true;
 }
@@ -523,7 +544,8 @@ QString TRMData::companionSettingsPath() const
     return {};
 }
 
-void TRMData::writeCompanionSetting(const QString& section, const QString& key, const QString& value)
+void TRMData::writeCompanionSetting(const QString& section, const QString& key,
+                                    const QString& value)
 {
     const QString path = companionSettingsPath();
     if (path.isEmpty()) {
@@ -587,8 +609,10 @@ void TRMData::GetNewPages()
         return;
     }
     m_restoredSelection = -1;
-    const QString firstLine =
-        handOff.contains(QLatin1String("session.new")) ? HandOffFile::readFirstLine(handOff) : QString();
+    const HandOffFile::Stamp readStamp = HandOffFile::stamp(handOff);
+    const QString firstLine = handOff.contains(QLatin1String("session.new"))
+                                  ? HandOffFile::readFirstLine(handOff)
+                                  : QString();
 
     // Page ids carried by the outline. The root's data is the last selected index, not a page.
     QSet<qint32> referenced;
@@ -659,7 +683,9 @@ void TRMData::GetNewPages()
             throw;
         }
     }
-    if (!QFile::remove(handOff) && QFile::exists(handOff)) {
+    // A hand-off written again while this one was taken in stays for the next tick.
+    if (HandOffFile::stamp(handOff) == readStamp && !QFile::remove(handOff) &&
+        QFile::exists(handOff)) {
         emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
     }
 }

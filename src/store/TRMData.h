@@ -65,6 +65,9 @@ public:
     qint32 appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
                         const QString& comment);
     OutlineNode* AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
+    // Whether the last AddRecord imported a file that its kind keeps unsaved for now (a
+    // delimited table): the page is to be left modified, so that leaving it stores it.
+    bool lastImportUnsaved() const { return m_lastImportUnsaved; }
     static qint32 pageTypeForFile(const QString& fileName);
 
     // ---- outline
@@ -129,6 +132,9 @@ signals:
 
 private:
     bool usable() const;
+    // What closing does before the connection goes: the page on screen and the outline written.
+    void flushBeforeClose();
+    void closeConnections();
     std::optional<qint32> locate(qint32 pageId);
     bool saveDocument(EditorKind kind, qint32 pageId);
     bool getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing);
@@ -149,6 +155,7 @@ private:
     int m_restoredSelection = -1;
     int m_currentNodeIndex = -1;
     qint32 m_currentPageId = -1;
+    bool m_lastImportUnsaved = false;
     std::function<double()> m_clock;
 };
 

@@ -1,0 +1,102 @@
+// The compressed page columns: round trips, and refusal of damaged or hostile values.
+
+#include "store/ColumnCodec.h"
+
+#include <QRandomGenerator>
+#include <QtEndian>
+#include <QtTest>
+
+using namespace kestrum::store;
+
+class ColumnCodecTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void roundTrips_data();
+    void roundTrips();
+    void framingIsBigEndianLengthThenZlib();
+    void emptyForms();
+    void refusesDamage_data();
+    void refusesDamage();
+};
+
+void ColumnCodecTest::roundTrips_data()
+{
+    QTest::addColumn<QByteArray>("plain");
+    QTest::addColumn<int>("level");
+    QRandomGenerator rng(7);
+    QByteArray random(1 << 20, Qt::Uninitialized);
+    for (char& c : random) {
+        c = char(rng.bounded(256));
+    }
+    QTest::newRow("short text, title level")
+        << QByteArray("Summary of findings") << ColumnCodec::kInfoLevel;
+    QTest::newRow("binary with zeros") << QByteArray("\0\1\0\2", 4) << ColumnCodec::kContentLevel;
+    QTest::newRow("incompressible megabyte") << random << ColumnCodec::kContentLevel;
+    QTest::newRow("repetitive, comment level")
+        << QByteArray(200000, 'x') << ColumnCodec::kCommentLevel;
+}
+
+void ColumnCodecTest::roundTrips()
+{
+    QFETCH(QByteArray, plain);
+    QFETCH(int, level);
+    const QByteArray stored = ColumnCodec::compress(plain, level);
+    QString error;
+    const auto back = ColumnCodec::decompress(stored, &error);
+    QVERIFY2(back.has_value(), qPrintable(error));
+    QCOMPARE(*back, plain);
+}
+
+void ColumnCodecTest::framingIsBigEndianLengthThenZlib()
+{
+    const QByteArray stored = ColumnCodec::compressText(QStringLiteral("Zażółć"), 2);
+    QCOMPARE(qFromBigEndian<quint32>(stored.constData()),
+             quint32(QStringLiteral("Zażółć").toUtf8().size()));
+    QCOMPARE(quint8(stored[4]) & 0x0F, 8); // zlib header: deflate
+    QCOMPARE(*ColumnCodec::decompressText(stored, nullptr), QStringLiteral("Zażółć"));
+}
+
+void ColumnCodecTest::emptyForms()
+{
+    QVERIFY(ColumnCodec::compress({}, 2).isEmpty());
+    QCOMPARE(ColumnCodec::decompress({}, nullptr), std::optional<QByteArray>(QByteArray()));
+    QCOMPARE(ColumnCodec::decompress(QByteArray(4, '\0'), nullptr),
+             std::optional<QByteArray>(QByteArray()));
+}
+
+void ColumnCodecTest::refusesDamage_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    QByteArray varied;
+    for (int i = 0; i < 2000; ++i) {
+        varied += QByteArray::number(i * 7919 % 10007) + ' ';
+    }
+    const QByteArray good = ColumnCodec::compress(varied, 2);
+    QByteArray flipped = good;
+    flipped[good.size() / 2] = char(flipped[good.size() / 2] ^ 0x55);
+    QByteArray wrongLength = good;
+    qToBigEndian<quint32>(quint32(varied.size() - 1), wrongLength.data());
+    QByteArray hugeClaim("\xFF\xFF\xFF\xF0", 4);
+    hugeClaim += good.mid(4);
+    QByteArray implausible = good.left(4 + 10);
+    qToBigEndian<quint32>(50'000'000, implausible.data());
+    QTest::newRow("three bytes") << QByteArray("abc");
+    QTest::newRow("truncated stream") << good.left(good.size() - 5);
+    QTest::newRow("bit flip") << flipped;
+    QTest::newRow("length disagrees") << wrongLength;
+    QTest::newRow("length beyond the limit") << hugeClaim;
+    QTest::newRow("length beyond what 10 bytes can expand to") << implausible;
+    QTest::newRow("not zlib at all") << QByteArray("\0\0\0\x10plain text here!", 20);
+}
+
+void ColumnCodecTest::refusesDamage()
+{
+    QFETCH(QByteArray, stored);
+    QString error;
+    QVERIFY(!ColumnCodec::decompress(stored, &error).has_value());
+    QVERIFY(error.contains(QLatin1String("damaged")) || error.contains(QLatin1String("truncated")));
+}
+
+QTEST_GUILESS_MAIN(ColumnCodecTest)
+#include "ColumnCodecTest.moc"

@@ -1,0 +1,671 @@
+// The project store over real SQLite files: creating and opening projects, the outline record
+// and selection restore, page and comment round trips through the page documents, the current
+// record, the companion settings file, another program writing the same file, and damaged or
+// locked files.
+
+#include "StoreFixture.h"
+
+#include "common/IniFile.h"
+#include "store/ColumnCodec.h"
+#include "store/OutlineStream.h"
+#include "store/ProjectReader.h"
+#include "store/StoreError.h"
+
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <sqlite3.h>
+
+#include <thread>
+
+using namespace kestrum::store;
+using namespace kestrum::test;
+
+class TRMDataTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void newProjectHasThreeRecords();
+    void createReusesAnExistingFileAndReplacesItsTable();
+    void createOrOpenOfABadFileLeavesTheOpenProject();
+    void openRestoresTheSelection_data();
+    void openRestoresTheSelection();
+    void selectedNodeSurvivesReopen();
+    void openAnnouncesItselfInOrder();
+    void contentRoundTripsForEveryKind_data();
+    void contentRoundTripsForEveryKind();
+    void missingPagesLeaveTheTableAlone();
+    void currentRecordRule();
+    void commentsRoundTrip();
+    void oneNodeOutlineIsNotWritten();
+    void closingFlagBlocksPageAccess();
+    void companionSettingsFile();
+    void appendFileDecidesTheKindByExtension_data();
+    void appendFileDecidesTheKindByExtension();
+    void appendFilePlacesAndSelectsTheNode();
+    void deleteRecord();
+    void hostWritesWhileTheStoreHoldsTheFile();
+    void concurrentWriterIsWaitedFor();
+    void lockedFileIsReported();
+    void damagedFilesAreRefused_data();
+    void damagedFilesAreRefused();
+    void damagedPageLeavesOtherPagesReadable();
+    void hostWrittenValuesAreRead();
+
+private:
+    QString path(const QString& name) const { return m_dir->filePath(name); }
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<StoreWithDocuments> m_store;
+};
+
+void TRMDataTest::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_store = std::make_unique<StoreWithDocuments>();
+    SqliteDatabase::setBusyTimeout(10000);
+}
+
+void TRMDataTest::cleanup()
+{
+    m_store.reset();
+    m_dir.reset();
+}
+
+void TRMDataTest::newProjectHasThreeRecords()
+{
+    TRMData& data = m_store->data;
+    QSignalSpy titles(&data, &TRMData::titleChanged);
+    data.DBCreate(path(QStringLiteral("study.kst")));
+    QCOMPARE(data.windowTitle(), QStringLiteral("Kestrum - STUDY.KST"));
+    QCOMPARE(titles.count(), 1);
+
+    const std::vector<PageSummary> pages = data.table()->summaries();
+    QCOMPARE(pages.size(), std::size_t(3));
+    QCOMPARE(pages[0].pageId, 0);
+    QCOMPARE(pages[0].type, 10);
+    QCOMPARE(pages[0].info, QStringLiteral("Outline"));
+    QCOMPARE(pages[1].pageId, 1);
+    QCOMPARE(pages[1].info, QStringLiteral("First document"));
+    QCOMPARE(pages[2].info, QStringLiteral("Second document"));
+    QCOMPARE(pages[2].type, 0);
+    QCOMPARE(pages[1].date, kFixedNow);
+
+    const OutlineModel& outline = data.outline();
+    QCOMPARE(outline.count(), 3);
+    QCOMPARE(outline.root()->caption(), QStringLiteral("Project name"));
+    QCOMPARE(outline.root()->imageIndex(), 10);
+    QCOMPARE(outline.nodeAt(1)->data(), 1);
+    QCOMPARE(outline.nodeAt(2)->data(), 2);
+    QCOMPARE(outline.nodeAt(2)->imageIndex(), 0);
+
+    // The stored outline is the tree.
+    data.CloseFile();
+    ProjectReader reader(path(QStringLiteral("study.kst")));
+    int n = 0;
+    visitInOrder(reader.outline(), [&n](const OutlineNode*, int) { ++n; });
+    QCOMPARE(n, 3);
+}
+
+void TRMDataTest::createReusesAnExistingFileAndReplacesItsTable()
+{
+    const QString file = path(QStringLiteral("reuse.kst"));
+    {
+        SqliteDatabase db;
+        db.open(file, SqliteDatabase::OpenMode::ReadWriteCreate);
+        db.exec("CREATE TABLE notes(x)");
+        db.exec("INSERT INTO notes VALUES (1)");
+        PageTable table(db);
+        table.create();
+        for (int i = 0; i < 5; ++i) {
+            table.insert(1.0, QStringLiteral("old"), 0, "old", {});
+        }
+    }
+    m_store->data.DBCreate(file);
+    QCOMPARE(m_store->data.table()->rowCount(), 3);
+    m_store->data.CloseFile();
+    SqliteDatabase db;
+    db.open(file, SqliteDatabase::OpenMode::ReadOnly);
+    SqliteStatement st(db, "SELECT count(*) FROM notes");
+    QVERIFY(st.step());
+    QCOMPARE(st.columnInt(0), 1);
+}
+
+void TRMDataTest::createOrOpenOfABadFileLeavesTheOpenProject()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("good.kst")));
+    const QString garbage = path(QStringLiteral("garbage.kst"));
+    writeFile(garbage, QByteArray(8192, 'G'));
+    const QByteArray garbageBytes = readFile(garbage);
+
+    QVERIFY_THROWS_EXCEPTION(StoreError, data.DBOpen(garbage));
+    QVERIFY_THROWS_EXCEPTION(StoreError, data.DBCreate(garbage));
+    QVERIFY_THROWS_EXCEPTION(StoreError, data.DBOpen(path(QStringLiteral("missing.kst"))));
+    QVERIFY(data.isOpen());
+    QCOMPARE(data.fileName(), path(QStringLiteral("good.kst")));
+    QCOMPARE(data.outline().count(), 3);
+    QCOMPARE(readFile(garbage), garbageBytes); // nothing written into it
+    QVERIFY(!QFile::exists(path(QStringLiteral("missing.kst"))));
+    try {
+        data.DBOpen(garbage);
+    } catch (const StoreError& e) {
+        QVERIFY(e.message().contains(garbage));
+    }
+}
+
+void TRMDataTest::openRestoresTheSelection_data()
+{
+    QTest::addColumn<int>("storedIndex");
+    QTest::addColumn<int>("selected");
+    // Outline of 6 nodes: root and five pages.
+    QTest::newRow("0 selects node 1") << 0 << 1;
+    QTest::newRow("1 selects node 1") << 1 << 1;
+    QTest::newRow("4 selects node 4") << 4 << 4;
+    QTest::newRow("last node") << 5 << 5;
+    QTest::newRow("equal to the count selects node 1") << 6 << 1;
+    QTest::newRow("past the end selects node 1") << 60 << 1;
+    QTest::newRow("negative selects node 1") << -3 << 1;
+}
+
+void TRMDataTest::openRestoresTheSelection()
+{
+    QFETCH(int, storedIndex);
+    QFETCH(int, selected);
+    const QString file = path(QStringLiteral("sel.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    for (int i = 0; i < 3; ++i) {
+        OutlineNode* node = data.outline().addChild(data.outline().root(), {});
+        data.outline().setData(node, data.AddRecord(0, QStringLiteral("p"), {}));
+    }
+    data.SaveTree();
+    data.CloseFile();
+    // The outline as saved with the chosen index in the root's data: root and five pages.
+    {
+        HostConnection host(file);
+        OutlineNodeData rootData =
+            OutlineStream::read(*host.table->readContent(0), nullptr)->fields();
+        rootData.data = storedIndex;
+        OutlineNode tree(rootData);
+        for (int id = 1; id <= 5; ++id) {
+            OutlineNodeData page;
+            page.data = id;
+            tree.appendChildUnchecked(std::make_unique<OutlineNode>(page));
+        }
+        host.table->writeContent(0, OutlineStream::write(&tree));
+    }
+    QSignalSpy shown(&data, &TRMData::showSelectedNodeRequested);
+    data.DBOpen(file);
+    QCOMPARE(data.outline().selectedIndex(), selected);
+    QCOMPARE(shown.count(), 1);
+}
+
+void TRMDataTest::selectedNodeSurvivesReopen()
+{
+    const QString file = path(QStringLiteral("fifth.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    for (int i = 0; i < 4; ++i) {
+        OutlineNode* node = data.outline().addChild(data.outline().root(), {});
+        data.outline().setData(node, data.AddRecord(0, QStringLiteral("p"), {}));
+    }
+    data.outline().selectIndex(5);
+    data.SaveTree();
+    data.outline().selectIndex(2);
+    data.DBOpen(file); // closes first, which writes the outline with the selection of node 2
+    QCOMPARE(data.outline().selectedIndex(), 2);
+    data.outline().selectIndex(5);
+    data.CloseFile();
+    data.DBOpen(file);
+    QCOMPARE(data.outline().selectedIndex(), 5);
+}
+
+void TRMDataTest::openAnnouncesItselfInOrder()
+{
+    const QString file = path(QStringLiteral("order.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    data.CloseFile();
+    QObject context; // the connections end with the test
+    QStringList events;
+    connect(&data, &TRMData::editorMenusHideRequested, &context,
+            [&] { events << QStringLiteral("menus"); });
+    connect(&data, &TRMData::showSelectedNodeRequested, &context,
+            [&] { events << QStringLiteral("show"); });
+    connect(&data, &TRMData::buttonsUpdateRequested, &context,
+            [&] { events << QStringLiteral("buttons"); });
+    data.DBOpen(file);
+    QCOMPARE(events, QStringList({"menus", "show", "buttons"}));
+}
+
+void TRMDataTest::contentRoundTripsForEveryKind_data()
+{
+    QTest::addColumn<int>("pageType");
+    QTest::addColumn<QByteArray>("content");
+    QRandomGenerator rng(11);
+    QByteArray big(3 << 20, Qt::Uninitialized);
+    for (char& c : big) {
+        c = char(rng.bounded(256));
+    }
+    QTest::newRow("text") << 0 << QByteArray("{\\rtf1 Hello}");
+    QTest::newRow("text variant 7") << 7 << QByteArray("{\\rtf1 variant}");
+    QTest::newRow("grid binary with zeros") << 1 << QByteArray("\0grid\0", 6);
+    QTest::newRow("chart") << 2 << QByteArray("chart stream");
+    QTest::newRow("image 3 MB") << 3 << big;
+    QTest::newRow("timeline") << 8 << QByteArray("[EVENTS]\tx");
+    QTest::newRow("diagram") << 12 << QByteArray("diagram");
+    QTest::newRow("word cloud") << 13 << QByteArray("<WordCloud version=\"1.0\"/>");
+    QTest::newRow("empty") << 1 << QByteArray();
+}
+
+void TRMDataTest::contentRoundTripsForEveryKind()
+{
+    QFETCH(int, pageType);
+    QFETCH(QByteArray, content);
+    const QString file = path(QStringLiteral("kinds.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    const qint32 id = data.AddRecord(pageType, QStringLiteral("page"), {});
+    RawPageDocument& document = m_store->document(editorKindFor(pageType));
+    document.setBytes(content);
+    QVERIFY(data.savePage(pageType, id));
+    document.setBytes("something else");
+    data.CloseFile();
+
+    data.DBOpen(file);
+    QVERIFY(data.getPage(pageType, id));
+    QCOMPARE(document.bytes(), content);
+}
+
+void TRMDataTest::missingPagesLeaveTheTableAlone()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("missing.kst")));
+    RawPageDocument& text = m_store->document(EditorKind::Text);
+    RawPageDocument& grid = m_store->document(EditorKind::Grid);
+    text.setBytes("on screen");
+    grid.setBytes("grid on screen");
+    QVERIFY(!data.SaveWP(999));
+    QCOMPARE(data.table()->rowCount(), 3);
+    // The text editor is cleared for a missing page; every other editor keeps what it shows.
+    QVERIFY(!data.GetWP(999));
+    QVERIFY(text.bytes().isEmpty());
+    QVERIFY(!data.GetGrid(999));
+    QCOMPARE(grid.bytes(), QByteArray("grid on screen"));
+    QString comment = QStringLiteral("kept");
+    QVERIFY(!data.GetComment(999, &comment));
+    QCOMPARE(comment, QStringLiteral("kept"));
+}
+
+void TRMDataTest::currentRecordRule()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("current.kst")));
+    RawPageDocument& text = m_store->document(EditorKind::Text);
+    QVERIFY(data.GetWP(2));
+    QCOMPARE(data.currentPageId(), 2);
+    text.setBytes("written through -1");
+    data.SaveTree(); // the current record is the same before and after
+    QCOMPARE(data.currentPageId(), 2);
+    QVERIFY(data.SaveWP(-1));
+    QCOMPARE(*data.table()->readContent(2), QByteArray("written through -1"));
+    QVERIFY(data.table()->readContent(1)->isEmpty());
+
+    data.DeleteRecord(2);
+    QVERIFY(!data.SaveWP(-1)); // no current record any more
+}
+
+void TRMDataTest::commentsRoundTrip()
+{
+    const QString file = path(QStringLiteral("comments.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    const QString comment = QStringLiteral("Line one\nŁódź — ligne deux\n\ttabbed");
+    QVERIFY(data.SaveComment(1, comment));
+    QVERIFY(data.SaveComment(2, QString()));
+    data.CloseFile();
+    data.DBOpen(file);
+    QString back;
+    QVERIFY(data.GetComment(1, &back));
+    QCOMPARE(back, comment);
+    QVERIFY(data.GetComment(2, &back));
+    QVERIFY(back.isEmpty());
+}
+
+void TRMDataTest::oneNodeOutlineIsNotWritten()
+{
+    const QString file = path(QStringLiteral("lonely.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    const QByteArray stored = *data.table()->readContent(0);
+    while (data.outline().root()->hasChildren()) {
+        data.outline().removeNode(data.outline().root()->childAt(0));
+    }
+    data.SaveTree();
+    QCOMPARE(*data.table()->readContent(0), stored);
+}
+
+void TRMDataTest::closingFlagBlocksPageAccess()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("closing.kst")));
+    // An editor that reacts to the outline being cleared while the project closes.
+    QObject context;
+    bool readDuringTeardown = true;
+    bool closingSeen = false;
+    connect(&data.outline(), &OutlineModel::modelAboutToBeReset, &context, [&] {
+        closingSeen = data.isClosing();
+        readDuringTeardown = data.GetWP(1);
+    });
+    data.CloseFile();
+    QVERIFY(closingSeen);
+    QVERIFY(!readDuringTeardown);
+    QVERIFY(!data.isClosing());
+    QVERIFY(!data.SaveWP(1));
+    QCOMPARE(data.AddRecord(0, QStringLiteral("x"), {}), -1);
+}
+
+void TRMDataTest::companionSettingsFile()
+{
+    TRMData& data = m_store->data;
+    const QString file = path(QStringLiteral("Interviews.kst"));
+    const QString source = path(QStringLiteral("notes.txt"));
+    writeFile(source, "notes");
+    data.DBCreate(file);
+
+    // Without the settings file: the title names the project, and appending creates nothing.
+    data.DBOpen(file);
+    QCOMPARE(data.windowTitle(), QStringLiteral("Kestrum - INTERVIEWS.KST"));
+    data.AppendFile(source, data.outline().root(), true);
+    QVERIFY(data.isModified());
+    QVERIFY(data.companionSettingsPath().isEmpty());
+    QVERIFY(!QFile::exists(path(QStringLiteral("Interviews.WPJ"))));
+    QVERIFY(!QFile::exists(path(QStringLiteral("Interviews.wpj"))));
+
+    // With it (any letter case): the public name is shown and appending marks it modified.
+    writeFile(path(QStringLiteral("Interviews.Wpj")),
+              "[OPTIONS]\r\nPublic File Name=C:\\Reports\\Remote work.kst\r\n");
+    data.DBOpen(file);
+    QCOMPARE(data.publicFileName(), QStringLiteral("C:\\Reports\\Remote work.kst"));
+    QCOMPARE(data.windowTitle(), QStringLiteral("Kestrum - C:\\REPORTS\\REMOTE WORK.KST"));
+    data.AppendFile(source, data.outline().root(), true);
+    kestrum::common::IniFile ini(path(QStringLiteral("Interviews.Wpj")));
+    QVERIFY(ini.load());
+    QCOMPARE(ini.readString(QStringLiteral("OPTIONS"), QStringLiteral("SUP Modified")),
+             QStringLiteral("T"));
+    QCOMPARE(ini.readString(QStringLiteral("OPTIONS"), QStringLiteral("Public File Name")),
+             QStringLiteral("C:\\Reports\\Remote work.kst"));
+}
+
+void TRMDataTest::appendFileDecidesTheKindByExtension_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<int>("pageType");
+    QTest::newRow("grid2 is a table") << "table.grid2" << 1;
+    QTest::newRow("csv is a table") << "table.csv" << 1;
+    QTest::newRow("TAB upper case") << "table.TAB" << 1;
+    QTest::newRow("jpeg is an image") << "photo.jpeg" << 3;
+    QTest::newRow("png") << "photo.png" << 3;
+    QTest::newRow("tee is a chart") << "chart.tee" << 2;
+    QTest::newRow("htm is text") << "page.htm" << 0;
+    QTest::newRow("txt is text") << "notes.txt" << 0;
+    QTest::newRow("no extension is text") << "README" << 0;
+    QTest::newRow("substring .G matches .GRID2") << "odd.g" << 1;
+    QTest::newRow("substring .JP matches .JPG") << "odd.jp" << 3;
+}
+
+void TRMDataTest::appendFileDecidesTheKindByExtension()
+{
+    QFETCH(QString, fileName);
+    QFETCH(int, pageType);
+    QCOMPARE(TRMData::pageTypeForFile(fileName), pageType);
+
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("append.kst")));
+    const QString source = path(fileName);
+    writeFile(source, "file bytes");
+    OutlineNode* node = data.AppendFile(source, data.outline().root(), true);
+    QCOMPARE(node->imageIndex(), pageType);
+    QCOMPARE(*data.table()->readType(node->data()), pageType);
+    QCOMPARE(*data.table()->readInfo(node->data()), QFileInfo(fileName).completeBaseName());
+}
+
+void TRMDataTest::appendFilePlacesAndSelectsTheNode()
+{
+    const QString file = path(QStringLiteral("place.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    const QString source = path(QStringLiteral("Field notes.v2.txt"));
+    writeFile(source, "bytes of the notes");
+
+    OutlineNode* first = data.outline().nodeAt(1);
+    OutlineNode* sibling = data.AppendFile(source, first, false);
+    QCOMPARE(data.outline().indexOf(sibling), 2);
+    QCOMPARE(sibling->caption(), QStringLiteral("Field notes.v2"));
+    QCOMPARE(data.outline().selected(), sibling);
+    QCOMPARE(data.currentNodeIndex(), 2);
+    OutlineNode* child = data.AppendFile(source, first, true);
+    QCOMPARE(child->parent(), first);
+    QCOMPARE(data.outline().indexOf(child), 2);
+    QCOMPARE(*data.table()->readContent(child->data()), QByteArray("bytes of the notes"));
+
+    data.CloseFile();
+    ProjectReader reader(file);
+    QCOMPARE(reader.outline()->childAt(0)->childAt(0)->caption(), QStringLiteral("Field notes.v2"));
+    QCOMPARE(reader.outline()->childCount(), 3);
+}
+
+void TRMDataTest::deleteRecord()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("delete.kst")));
+    data.DeleteRecord(12345);
+    QCOMPARE(data.table()->rowCount(), 3);
+    data.DeleteRecord(1);
+    QCOMPARE(data.table()->rowCount(), 2);
+    QVERIFY(!data.table()->exists(1));
+}
+
+void TRMDataTest::hostWritesWhileTheStoreHoldsTheFile()
+{
+    const QString file = path(QStringLiteral("shared.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    QVERIFY(data.GetWP(1)); // the store has read from the file
+    HostConnection host(file);
+    const qint32 id =
+        host.table->insert(kFixedNow, QStringLiteral("a\tb\tHanded over"), 2, "chart", {});
+    QVERIFY(data.GetChart(id));
+    QCOMPARE(m_store->document(EditorKind::Chart).bytes(), QByteArray("chart"));
+    QCOMPARE(m_store->document(EditorKind::Chart).pageInfo(), QStringLiteral("a\tb\tHanded over"));
+    // And the store writes while the host's connection stays open.
+    m_store->document(EditorKind::Text).setBytes("edited");
+    QVERIFY(data.SaveWP(1));
+    QCOMPARE(*host.table->readContent(1), QByteArray("edited"));
+}
+
+void TRMDataTest::concurrentWriterIsWaitedFor()
+{
+    const QString file = path(QStringLiteral("busy.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    std::atomic<bool> locked{false};
+    std::thread host([&] {
+        sqlite3* db = nullptr;
+        sqlite3_open(QFile::encodeName(file).constData(), &db);
+        sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+        sqlite3_exec(db, "UPDATE OUTPUT SET PageType = 5 WHERE PageId = 2", nullptr, nullptr,
+                     nullptr);
+        locked = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
+        sqlite3_close(db);
+    });
+    while (!locked) {
+        std::this_thread::yield();
+    }
+    m_store->document(EditorKind::Text).setBytes("after the host");
+    const bool saved = data.SaveWP(1); // waits for the host's commit
+    host.join();
+    QVERIFY(saved);
+    QCOMPARE(*data.table()->readContent(1), QByteArray("after the host"));
+    QCOMPARE(*data.table()->readType(2), 5);
+}
+
+void TRMDataTest::lockedFileIsReported()
+{
+    const QString file = path(QStringLiteral("locked.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    data.CloseFile();
+    SqliteDatabase::setBusyTimeout(150);
+    HostConnection host(file);
+    host.db.exec("BEGIN EXCLUSIVE");
+    host.db.exec("UPDATE OUTPUT SET PageType = 0 WHERE PageId = 1");
+    try {
+        data.DBOpen(file);
+        QFAIL("opening a locked file succeeded");
+    } catch (const StoreError& e) {
+        QVERIFY2(e.message().contains(QLatin1String("locked")), qPrintable(e.message()));
+        QVERIFY(e.message().contains(file));
+    }
+    QVERIFY(!data.isOpen());
+    host.db.exec("COMMIT");
+    data.DBOpen(file);
+    QVERIFY(data.isOpen());
+}
+
+void TRMDataTest::damagedFilesAreRefused_data()
+{
+    QTest::addColumn<QString>("damage");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("random bytes") << "random"
+                                  << "not a Kestrum project";
+    QTest::newRow("truncated database") << "truncate"
+                                        << "";
+    QTest::newRow("corrupt database page") << "scribble"
+                                           << "";
+    QTest::newRow("no page table") << "notable"
+                                   << "no page table";
+    QTest::newRow("missing column") << "nocolumn"
+                                    << "lacks the column";
+    QTest::newRow("written by a newer version") << "newer"
+                                                << "newer version";
+    QTest::newRow("outline stream damaged") << "outline"
+                                            << "outline is damaged";
+    QTest::newRow("outline column not zlib") << "outlinezlib"
+                                             << "damaged";
+}
+
+void TRMDataTest::damagedFilesAreRefused()
+{
+    QFETCH(QString, damage);
+    QFETCH(QString, message);
+    const QString file = path(QStringLiteral("damaged.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    for (int i = 0; i < 200; ++i) {
+        data.AddRecord(0, QStringLiteral("page %1").arg(i), {});
+    }
+    data.CloseFile();
+
+    if (damage == QLatin1String("random")) {
+        QByteArray bytes(64 * 1024, Qt::Uninitialized);
+        QRandomGenerator rng(5);
+        for (char& c : bytes) {
+            c = char(rng.bounded(256));
+        }
+        writeFile(file, bytes);
+    } else if (damage == QLatin1String("truncate")) {
+        writeFile(file, readFile(file).left(readFile(file).size() / 2));
+    } else if (damage == QLatin1String("scribble")) {
+        // Overwrite the header and cell pointers of every page after the schema page.
+        QByteArray bytes = readFile(file);
+        for (qsizetype page = 4096; page + 4096 <= bytes.size(); page += 4096) {
+            for (qsizetype i = page; i < page + 64; ++i) {
+                bytes[i] = char(0xA5);
+            }
+        }
+        writeFile(file, bytes);
+    } else {
+        HostConnection host(file);
+        if (damage == QLatin1String("notable")) {
+            host.db.exec("DROP TABLE OUTPUT");
+        } else if (damage == QLatin1String("nocolumn")) {
+            host.db.exec("ALTER TABLE OUTPUT DROP COLUMN PageComment");
+        } else if (damage == QLatin1String("newer")) {
+            host.db.exec("PRAGMA user_version = 7");
+        } else if (damage == QLatin1String("outline")) {
+            host.table->writeContent(0, QByteArray("KSTO\x01\x00\x00\x00\xFF\xFF\xFF\x0F", 12));
+        } else if (damage == QLatin1String("outlinezlib")) {
+            host.db.exec("UPDATE OUTPUT SET PageContent = x'0000100012345678' WHERE PageId = 0");
+        }
+    }
+    const QByteArray before = readFile(file);
+    try {
+        data.DBOpen(file);
+        QFAIL("a damaged file was opened");
+    } catch (const StoreError& e) {
+        QVERIFY2(e.message().contains(message), qPrintable(e.message()));
+    }
+    QVERIFY(!data.isOpen());
+    QCOMPARE(readFile(file), before); // nothing written
+}
+
+void TRMDataTest::damagedPageLeavesOtherPagesReadable()
+{
+    const QString file = path(QStringLiteral("onebad.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    m_store->document(EditorKind::Text).setBytes("good page");
+    data.SaveWP(2);
+    data.CloseFile();
+    {
+        HostConnection host(file);
+        host.db.exec(
+            "UPDATE OUTPUT SET PageContent = x'00FFFFFF789C0102', PageComment = x'00000009AB' "
+            "WHERE PageId = 1");
+    }
+    data.DBOpen(file);
+    try {
+        data.GetWP(1);
+        QFAIL("a damaged page was read");
+    } catch (const StoreError& e) {
+        QVERIFY(e.message().contains(QLatin1String("Page 1")));
+    }
+    QVERIFY(m_store->document(EditorKind::Text).bytes().isEmpty());
+    QString comment;
+    QVERIFY_THROWS_EXCEPTION(StoreError, data.GetComment(1, &comment));
+    QVERIFY(data.GetWP(2));
+    QCOMPARE(m_store->document(EditorKind::Text).bytes(), QByteArray("good page"));
+}
+
+void TRMDataTest::hostWrittenValuesAreRead()
+{
+    // A host that writes titles and comments as plain text and leaves columns NULL.
+    const QString file = path(QStringLiteral("host.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    data.CloseFile();
+    {
+        HostConnection host(file);
+        host.db.exec(
+            "INSERT INTO OUTPUT (PageDate, PageInfo, PageType, PageContent, PageComment) "
+            "VALUES (46000.25, 'Retrieval\tInterviews\tPlain title', 0, NULL, 'plain comment')");
+    }
+    data.DBOpen(file);
+    QCOMPARE(*data.table()->readInfo(3), QStringLiteral("Retrieval\tInterviews\tPlain title"));
+    QString comment;
+    QVERIFY(data.GetComment(3, &comment));
+    QCOMPARE(comment, QStringLiteral("plain comment"));
+    m_store->document(EditorKind::Text).setBytes("stale");
+    QVERIFY(data.GetWP(3));
+    QVERIFY(m_store->document(EditorKind::Text).bytes().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TRMDataTest)
+#include "TRMDataTest.moc"
