@@ -6,15 +6,17 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
+#include <future>
+#include <thread>
 
 namespace kestrum::store {
 
 namespace {
 
-constexpr std::array<const char*, 7> kColumns{"PageId",      "PageDate",    "PageInfo",
-                                              "PageType",    "PageContent", "PageComment",
-                                              "PageRandomKey"};
+constexpr std::array<const char*, 7> kColumns{
+    "PageId", "PageDate", "PageInfo", "PageType", "PageContent", "PageComment", "PageRandomKey"};
 
 using Type = SqliteStatement::Type;
 
@@ -52,7 +54,8 @@ void PageTable::validate(bool integrityCheck)
 {
     const QString& path = m_db.path();
     {
-        SqliteStatement st(m_db, "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
+        SqliteStatement st(m_db,
+                           "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
         if (!st.step() || st.columnText(0) != QLatin1String("table")) {
             throw StoreError(QStringLiteral("\"%1\" is not a Kestrum project: it has no page table "
                                             "\"OUTPUT\"")
@@ -119,6 +122,76 @@ qint32 PageTable::insert(double date, const QString& info, qint32 type, const QB
     return qint32(id);
 }
 
+std::vector<qint32> PageTable::insertMany(const std::vector<NewPage>& pages)
+{
+    struct Encoded
+    {
+        QByteArray info;
+        QByteArray content;
+        QByteArray comment;
+    };
+    auto encodeRange = [&pages](std::size_t begin, std::size_t end, std::vector<Encoded>& out) {
+        for (std::size_t i = begin; i < end; ++i) {
+            const NewPage& p = pages[i];
+            out[i - begin] = {ColumnCodec::compressText(p.info, ColumnCodec::kInfoLevel),
+                              ColumnCodec::compress(p.content, ColumnCodec::kContentLevel),
+                              ColumnCodec::compressText(p.comment, ColumnCodec::kCommentLevel)};
+        }
+    };
+    // Compression dominates; it runs on worker threads a batch ahead of the writing, which
+    // stays on this thread (the connection is not shared).
+    constexpr std::size_t kBatch = 256;
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);
+    auto encodeBatch = [&](std::size_t begin) {
+        const std::size_t end = std::min(pages.size(), begin + kBatch);
+        std::vector<Encoded> out(end - begin);
+        std::vector<std::thread> threads;
+        const std::size_t per = (end - begin + workers - 1) / workers;
+        for (std::size_t from = begin; from < end; from += per) {
+            const std::size_t to = std::min(end, from + per);
+            threads.emplace_back([&, from, to] {
+                std::vector<Encoded> part(to - from);
+                encodeRange(from, to, part);
+                std::move(part.begin(), part.end(), out.begin() + std::ptrdiff_t(from - begin));
+            });
+        }
+        for (std::thread& t : threads) {
+            t.join();
+        }
+        return out;
+    };
+
+    std::vector<qint32> ids;
+    ids.reserve(pages.size());
+    SqliteTransaction tx(m_db);
+    std::future<std::vector<Encoded>> next;
+    if (!pages.empty()) {
+        next = std::async(std::launch::async, encodeBatch, std::size_t(0));
+    }
+    for (std::size_t begin = 0; begin < pages.size(); begin += kBatch) {
+        std::vector<Encoded> batch = next.get();
+        if (begin + kBatch < pages.size()) {
+            next = std::async(std::launch::async, encodeBatch, begin + kBatch);
+        }
+        auto st = m_db.cached(
+            "INSERT INTO \"OUTPUT\" (PageDate, PageInfo, PageType, PageContent, PageComment) "
+            "VALUES (?, ?, ?, ?, ?)");
+        for (std::size_t i = 0; i < batch.size(); ++i) {
+            const NewPage& p = pages[begin + i];
+            st->reset();
+            st->bindDouble(1, p.date);
+            st->bindBlob(2, batch[i].info);
+            st->bindInt(3, p.type);
+            st->bindBlob(4, batch[i].content);
+            st->bindBlob(5, batch[i].comment);
+            st->run();
+            ids.push_back(qint32(m_db.lastInsertRowId()));
+        }
+    }
+    tx.commit();
+    return ids;
+}
+
 void PageTable::insertRaw(const RawPageRow& row, bool assignNewId)
 {
     auto st = m_db.cached(
@@ -177,8 +250,8 @@ std::vector<qint32> PageTable::ids() const
 std::vector<PageSummary> PageTable::summaries() const
 {
     std::vector<PageSummary> out;
-    SqliteStatement st(m_db,
-                       "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
+    SqliteStatement st(
+        m_db, "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
     while (st.step()) {
         PageSummary s;
         s.pageId = qint32(st.columnInt(0));

@@ -25,6 +25,16 @@ struct RawPageRow
     std::optional<qint64> randomKey;
 };
 
+// A record to append.
+struct NewPage
+{
+    double date = 0;
+    QString info;
+    qint32 type = 0;
+    QByteArray content;
+    QString comment;
+};
+
 // One line of a table listing.
 struct PageSummary
 {
@@ -58,6 +68,9 @@ public:
                   const QString& comment, std::optional<qint32> pageId = std::nullopt);
     // Inserts a row as stored; with `assignNewId` the table gives it a fresh page id.
     void insertRaw(const RawPageRow& row, bool assignNewId = false);
+    // Appends many records in one transaction, compressing them on every core while the
+    // previous batch is written. Returns the ids in order.
+    std::vector<qint32> insertMany(const std::vector<NewPage>& pages);
 
     bool exists(qint32 pageId) const;
     // The first record in the table's natural order.
@@ -81,7 +94,8 @@ public:
     bool remove(qint32 pageId);
 
 private:
-    QString decodeText(qint32 pageId, const char* column, const QByteArray& stored, bool isText) const;
+    QString decodeText(qint32 pageId, const char* column, const QByteArray& stored,
+                       bool isText) const;
     QByteArray decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
                            bool isText) const;
 

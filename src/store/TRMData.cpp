@@ -290,6 +290,18 @@ qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteAr
     return id;
 }
 
+std::vector<qint32> TRMData::appendRecords(const std::vector<NewPage>& pages)
+{
+    if (!usable()) {
+        throw StoreError(QStringLiteral("No project file is open"));
+    }
+    std::vector<qint32> ids = m_table->insertMany(pages);
+    if (!ids.empty()) {
+        m_currentPageId = ids.back();
+    }
+    return ids;
+}
+
 qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
 {
     if (!usable()) {

@@ -2,6 +2,7 @@
 
 #include "store/DocumentRegistry.h"
 #include "store/OutlineModel.h"
+#include "store/PageTable.h"
 
 #include <QObject>
 #include <QString>
@@ -12,7 +13,6 @@
 
 namespace kestrum::store {
 
-class PageTable;
 class SqliteDatabase;
 
 // The project store: one project file (an SQLite database with the page table "OUTPUT"), its
@@ -64,6 +64,8 @@ public:
     // What a host program does: a record with no outline node (all columns given).
     qint32 appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
                         const QString& comment);
+    // Many host-style records at once, in one transaction (compressed on every core).
+    std::vector<qint32> appendRecords(const std::vector<NewPage>& pages);
     OutlineNode* AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
     // Whether the last AddRecord imported a file that its kind keeps unsaved for now (a
     // delimited table): the page is to be left modified, so that leaving it stores it.

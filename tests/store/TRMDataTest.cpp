@@ -48,6 +48,7 @@ private slots:
     void appendFileDecidesTheKindByExtension();
     void appendFilePlacesAndSelectsTheNode();
     void deleteRecord();
+    void batchAppendKeepsOrderAndContent();
     void hostWritesWhileTheStoreHoldsTheFile();
     void concurrentWriterIsWaitedFor();
     void lockedFileIsReported();
@@ -468,6 +469,29 @@ void TRMDataTest::deleteRecord()
     data.DeleteRecord(1);
     QCOMPARE(data.table()->rowCount(), 2);
     QVERIFY(!data.table()->exists(1));
+}
+
+void TRMDataTest::batchAppendKeepsOrderAndContent()
+{
+    TRMData& data = m_store->data;
+    data.DBCreate(path(QStringLiteral("batch.kst")));
+    std::vector<NewPage> pages;
+    for (int i = 0; i < 700; ++i) { // crosses the internal batches
+        pages.push_back({kFixedNow + i, QStringLiteral("a\tb\tPage %1").arg(i), i % 14,
+                         QByteArray::number(i).repeated(i % 50), QStringLiteral("c%1").arg(i)});
+    }
+    const std::vector<qint32> ids = data.appendRecords(pages);
+    QCOMPARE(ids.size(), pages.size());
+    QCOMPARE(ids.front(), 3);
+    QVERIFY(std::is_sorted(ids.begin(), ids.end()));
+    for (std::size_t i = 0; i < pages.size(); i += 97) {
+        QCOMPARE(*data.table()->readInfo(ids[i]), pages[i].info);
+        QCOMPARE(*data.table()->readContent(ids[i]), pages[i].content);
+        QCOMPARE(*data.table()->readComment(ids[i]), pages[i].comment);
+        QCOMPARE(*data.table()->readType(ids[i]), pages[i].type);
+        QCOMPARE(*data.table()->readDate(ids[i]), pages[i].date);
+    }
+    QVERIFY(data.appendRecords({}).empty());
 }
 
 void TRMDataTest::hostWritesWhileTheStoreHoldsTheFile()
