@@ -375,6 +375,16 @@ void TRMData::DeleteRecord(qint32 pageId)
     }
 }
 
+void TRMData::runInTransaction(const std::function<void()>& work)
+{
+    if (!usable()) {
+        throw StoreError(QStringLiteral("No project file is open"));
+    }
+    SqliteTransaction tx(*m_db);
+    work();
+    tx.commit();
+}
+
 qint32 TRMData::pageTypeForFile(const QString& fileName)
 {
     const QString suffix = QFileInfo(fileName).suffix();

@@ -61,6 +61,8 @@ public:
     qint32 AddRecord(qint32 pageType, const QString& title, const QString& sourceFile);
     qint32 AddWPRecord(const QString& title, qint32 pageType);
     void DeleteRecord(qint32 pageId);
+    // Runs `work` as one transaction of the project file: all of its writes or none.
+    void runInTransaction(const std::function<void()>& work);
     // What a host program does: a record with no outline node (all columns given).
     qint32 appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
                         const QString& comment);
