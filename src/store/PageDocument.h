@@ -38,6 +38,9 @@ public:
 signals:
     // The user changed the content (not emitted while loading).
     void contentChanged();
+    // The content was replaced or cleared by the store (a page was loaded): views refresh,
+    // nothing is marked modified. Documents that views follow by themselves need not emit it.
+    void contentReset();
 };
 
 } // namespace kestrum::store

@@ -18,12 +18,14 @@ bool RawPageDocument::writeContent(QByteArray& out, QString*)
 bool RawPageDocument::readContent(const QByteArray& in, QString*)
 {
     m_bytes = in;
+    emit contentReset();
     return true;
 }
 
 void RawPageDocument::clear()
 {
     m_bytes.clear();
+    emit contentReset();
 }
 
 bool RawPageDocument::importFile(const QString& path, QString* error)

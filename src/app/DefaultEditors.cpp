@@ -1,0 +1,11 @@
+#include "DefaultEditors.h"
+
+namespace kestrum::app {
+
+EditorFactories defaultEditorFactories()
+{
+    EditorFactories factories;
+    return factories;
+}
+
+} // namespace kestrum::app

@@ -1,0 +1,163 @@
+#include "PageDisplay.h"
+
+#include "app/Dialogs.h"
+#include "app/EditorArea.h"
+#include "app/EditorPanel.h"
+#include "store/PageDocument.h"
+#include "store/StoreError.h"
+#include "store/TRMData.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPlainTextEdit>
+
+namespace kestrum::app {
+
+namespace PageType = store::PageType;
+
+namespace {
+
+// The wait cursor for the lifetime of a scope.
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+// Pending window messages run, but no user input: a click must not start another show.
+void letPendingMessagesRun()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+} // namespace
+
+PageDisplay::PageDisplay(store::TRMData& data, EditorArea& editors, QPlainTextEdit& comment,
+                         QWidget* dialogParent)
+    : QObject(&editors), m_data(data), m_editors(editors), m_comment(comment),
+      m_dialogParent(dialogParent)
+{
+    connect(&m_editors, &EditorArea::contentChanged, this, &PageDisplay::onContentChanged);
+    connect(&m_comment, &QPlainTextEdit::textChanged, this, [this] {
+        if (!m_loading) {
+            m_commentModified = true;
+        }
+    });
+}
+
+void PageDisplay::onContentChanged()
+{
+    // Loading a page, or filling a new record, never marks it modified.
+    if (!m_loading && !m_data.isAdding()) {
+        m_contentModified = true;
+    }
+}
+
+void PageDisplay::clearComment()
+{
+    const bool wasLoading = m_loading;
+    m_loading = true;
+    m_comment.clear();
+    m_loading = wasLoading;
+    m_commentModified = false;
+}
+
+bool PageDisplay::SaveModif()
+{
+    bool ok = true;
+    const int index = m_data.currentNodeIndex();
+    const store::OutlineNode* node = m_data.outline().nodeAt(index);
+    if (index >= 0 && node && m_contentModified) {
+        m_data.markModified();
+        try {
+            m_data.savePage(node->imageIndex(), node->data());
+        } catch (const store::StoreError& e) {
+            qWarning("%s", qPrintable(e.message()));
+            dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
+            ok = false;
+        }
+    }
+    // Comments of timeline and word cloud pages are shown but never written back.
+    if (index >= 0 && node && m_commentModified &&
+        (node->imageIndex() < PageType::Timeline || node->imageIndex() == PageType::Diagram)) {
+        try {
+            m_data.SaveComment(node->data(), m_comment.toPlainText());
+        } catch (const store::StoreError& e) {
+            qWarning("%s", qPrintable(e.message()));
+            dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
+            ok = false;
+        }
+    }
+    m_contentModified = false;
+    m_commentModified = false;
+    return ok;
+}
+
+void PageDisplay::ShowNode()
+{
+    store::OutlineNode* node = m_data.outline().selected();
+    if (!node || !m_data.isOpen()) {
+        return;
+    }
+    const qint32 kind = node->imageIndex();
+    SaveModif();
+    m_editors.ShowEditorNo(kind);
+    letPendingMessagesRun();
+    {
+        WaitCursor wait;
+        m_loading = true;
+        // The node may have gone while messages ran.
+        node = m_data.outline().selected();
+        const qint32 pageId = node ? node->data() : -1;
+        try {
+            switch (store::editorKindFor(kind)) {
+            case store::EditorKind::Text: m_data.GetWP(pageId); break;
+            case store::EditorKind::Grid:
+                if (EditorPanel* grid = m_editors.panel(store::EditorKind::Grid)) {
+                    grid->document().clear();
+                }
+                letPendingMessagesRun();
+                m_data.GetGrid(pageId);
+                break;
+            case store::EditorKind::Chart: m_data.GetChart(pageId); break;
+            case store::EditorKind::Image: m_data.GetImage(pageId); break;
+            case store::EditorKind::Timeline: m_data.GetTimeLine(pageId); break;
+            case store::EditorKind::Diagram: m_data.GetDiagram(pageId); break;
+            case store::EditorKind::WordCloud: m_data.GetWordCloud(pageId); break;
+            case store::EditorKind::None: break;
+            }
+        } catch (const store::StoreError& e) {
+            dialogs().warning(m_dialogParent, e.message());
+        }
+
+        m_comment.clear();
+        if (kind == PageType::Folder) {
+            m_comment.setEnabled(false);
+        } else {
+            m_comment.setEnabled(true);
+            // The project node's data is the last selected index, not a page: its comment is
+            // the one of the outline record.
+            const qint32 commentId = node && node->parent() ? pageId : 0;
+            QString text;
+            try {
+                if (m_data.GetComment(commentId, &text)) {
+                    m_comment.setPlainText(text);
+                }
+            } catch (const store::StoreError& e) {
+                dialogs().warning(m_dialogParent, e.message());
+            }
+        }
+        m_contentModified = false;
+        m_commentModified = false;
+        m_loading = false;
+        m_data.setCurrentNodeIndex(node ? m_data.outline().indexOf(node) : -1);
+    }
+    if (m_afterShow) {
+        m_afterShow();
+    }
+}
+
+} // namespace kestrum::app

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/EditorPanel.h"
+#include "store/RawPageDocument.h"
+
+class QLabel;
+
+namespace kestrum::app {
+
+// The panel of a page kind whose editor this version does not have: it says so, and keeps the
+// page's content exactly as stored so that nothing is lost when the page is saved.
+class PlaceholderEditor : public EditorPanel
+{
+    Q_OBJECT
+public:
+    PlaceholderEditor(store::EditorKind kind, QWidget* parent = nullptr);
+
+    store::PageDocument& document() override { return m_document; }
+
+private:
+    void refresh();
+
+    store::RawPageDocument m_document;
+    QLabel* m_title = nullptr;
+    QLabel* m_detail = nullptr;
+};
+
+} // namespace kestrum::app

@@ -1,0 +1,885 @@
+#include "TKestrumM.h"
+
+#include "app/AppSettings.h"
+#include "app/Dialogs.h"
+#include "app/EditorPanel.h"
+#include "app/Icons.h"
+#include "app/OutlineItemModel.h"
+#include "app/OutlineView.h"
+#include "app/PageDisplay.h"
+#include "app/TRMNewNoteDlg.h"
+#include "common/Colour.h"
+#include "store/OutlineCommands.h"
+#include "store/StoreError.h"
+#include "store/TRMData.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace kestrum::app {
+
+using store::OutlineNode;
+
+namespace {
+
+const QStringList kProjectFilters{QStringLiteral("Kestrum projects (*.kst)"),
+                                  QStringLiteral("All files (*)")};
+
+const QStringList kImportFilters{
+    QStringLiteral("All supported files (*.rtf *.txt *.doc *.wpd *.htm *.html *.csv *.tab *.grid2 "
+                   "*.wgf *.bmp *.wmf *.jpg *.jpeg *.png *.tee *.wsx)"),
+    QStringLiteral("Documents (*.rtf *.txt *.doc *.wpd *.htm *.html)"),
+    QStringLiteral("Tables (*.csv *.tab *.grid2 *.wgf)"),
+    QStringLiteral("Pictures (*.bmp *.wmf *.jpg *.jpeg *.png)"),
+    QStringLiteral("Charts (*.tee *.wsx)"),
+    QStringLiteral("All files (*)")};
+
+} // namespace
+
+TKestrumM::TKestrumM(Options options, QWidget* parent)
+    : QMainWindow(parent), m_options(std::move(options))
+{
+    setObjectName(QStringLiteral("KestrumM"));
+    setWindowTitle(QStringLiteral("Kestrum"));
+    setWindowIcon(Icons::forPageKind(store::PageType::OutlineRoot));
+    m_settings = std::make_unique<AppSettings>(
+        m_options.settingsPath.isEmpty() ? AppSettings::defaultPath() : m_options.settingsPath);
+    m_data = std::make_unique<store::TRMData>();
+    m_commands = std::make_unique<store::OutlineCommands>(*m_data);
+
+    buildCentralArea();
+    buildMenusAndToolBars();
+    m_editors = new EditorArea(*this, *m_editorContainer, *m_data, m_options.editors);
+    m_editors->setFindActions(findChild<QAction*>(QStringLiteral("Find1")),
+                              findChild<QAction*>(QStringLiteral("Replace1")));
+    m_editors->createStartupEditors();
+    m_display = new PageDisplay(*m_data, *m_editors, *m_comment, this);
+    m_display->setAfterShow([this] { CheckButtons(); });
+    connectStore();
+
+    m_timer = new QTimer(this);
+    m_timer->setObjectName(QStringLiteral("Timer1"));
+    m_timer->setInterval(1000);
+    connect(m_timer, &QTimer::timeout, this, &TKestrumM::Timer1Timer);
+
+    m_editors->ShowEditorNo(store::PageType::Folder);
+    m_comment->setEnabled(false);
+    refreshRecentMenu();
+    updateFileState();
+    if (m_options.restoreLayout) {
+        restoreLayout();
+    } else {
+        resize(1200, 760);
+    }
+}
+
+TKestrumM::~TKestrumM()
+{
+    m_timer->stop();
+    if (m_data->isOpen()) {
+        try {
+            m_data->CloseFile();
+        } catch (const store::StoreError&) {
+        }
+    }
+}
+
+// ---- construction ------------------------------------------------------------------------------
+
+void TKestrumM::buildCentralArea()
+{
+    m_model = new OutlineItemModel(m_data->outline(), this);
+    auto* left = new QWidget(this);
+    auto* leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->setSpacing(0);
+    m_outlineBar = new QToolBar(QStringLiteral("Outline"), left);
+    m_outlineBar->setObjectName(QStringLiteral("OutlineBar"));
+    m_outlineBar->setIconSize(QSize(18, 18));
+    leftLayout->addWidget(m_outlineBar);
+    m_tree = new OutlineView(left);
+    m_tree->setObjectName(QStringLiteral("MainTree"));
+    m_tree->setOutlineModel(m_model);
+    m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    leftLayout->addWidget(m_tree);
+
+    auto* commentBox = new QWidget(this);
+    auto* commentLayout = new QVBoxLayout(commentBox);
+    commentLayout->setContentsMargins(6, 4, 6, 6);
+    commentLayout->setSpacing(2);
+    auto* commentLabel = new QLabel(QStringLiteral("Comment"), commentBox);
+    QFont labelFont = commentLabel->font();
+    labelFont.setBold(true);
+    commentLabel->setFont(labelFont);
+    commentLayout->addWidget(commentLabel);
+    m_comment = new QPlainTextEdit(commentBox);
+    m_comment->setObjectName(QStringLiteral("Comment"));
+    m_comment->setPlaceholderText(QStringLiteral("Notes on this page"));
+    commentLayout->addWidget(m_comment);
+
+    m_editorContainer = new QWidget(this);
+    m_editorContainer->setObjectName(QStringLiteral("EditorArea"));
+    m_rightSplitter = new QSplitter(Qt::Vertical, this);
+    m_rightSplitter->addWidget(m_editorContainer);
+    m_rightSplitter->addWidget(commentBox);
+    m_rightSplitter->setStretchFactor(0, 1);
+    m_rightSplitter->setStretchFactor(1, 0);
+    m_rightSplitter->setCollapsible(0, false);
+
+    m_mainSplitter = new QSplitter(Qt::Horizontal, this);
+    m_mainSplitter->addWidget(left);
+    m_mainSplitter->addWidget(m_rightSplitter);
+    m_mainSplitter->setStretchFactor(0, 0);
+    m_mainSplitter->setStretchFactor(1, 1);
+    m_mainSplitter->setSizes({300, 900});
+    m_rightSplitter->setSizes({600, 140});
+    setCentralWidget(m_mainSplitter);
+
+    m_position = new QLabel(this);
+    m_position->setObjectName(QStringLiteral("PositionPanel"));
+    m_position->setMinimumWidth(70);
+    statusBar()->addWidget(m_position);
+
+    connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) {
+                if (m_syncingSelection) {
+                    return;
+                }
+                OutlineNode* node = m_model->nodeFor(current);
+                if (node && node != m_data->outline().selected()) {
+                    m_data->outline().setSelected(node);
+                    ShowNode();
+                }
+            });
+    connect(m_tree, &OutlineView::nodeDropped, this, &TKestrumM::MainTreeDragDrop);
+    connect(m_tree, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        m_data->outline().setExpanded(m_model->nodeFor(index), true);
+    });
+    connect(m_tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        m_data->outline().setExpanded(m_model->nodeFor(index), false);
+    });
+    connect(m_tree, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {
+        if (!m_data->isOpen()) {
+            return;
+        }
+        if (OutlineNode* node = m_tree->nodeAt(pos); node && node != m_data->outline().selected()) {
+            selectAndShow(node);
+        }
+        NodeOrderClick();
+        m_contextMenu->popup(m_tree->viewport()->mapToGlobal(pos));
+    });
+}
+
+QAction* TKestrumM::makeAction(const QString& objectName, const QString& caption, const char* icon,
+                               void (TKestrumM::*handler)())
+{
+    auto* action = new QAction(caption, this);
+    action->setObjectName(objectName);
+    if (icon) {
+        action->setIcon(Icons::command(icon));
+    }
+    connect(action, &QAction::triggered, this, handler);
+    return action;
+}
+
+void TKestrumM::buildMenusAndToolBars()
+{
+    // ---- File
+    m_fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
+    m_fileMenu->setObjectName(QStringLiteral("File1"));
+    QAction* newProject = makeAction(QStringLiteral("NewProject"), QStringLiteral("&New project..."),
+                                     "newproject", &TKestrumM::NewProjectClick);
+    newProject->setShortcut(QKeySequence::New);
+    QAction* openProject = makeAction(QStringLiteral("OpenProject"), QStringLiteral("&Open project..."),
+                                      "open", &TKestrumM::OpenProjectClick);
+    openProject->setShortcut(QKeySequence::Open);
+    QAction* closeProject = makeAction(QStringLiteral("CloseProject"), QStringLiteral("&Close"), nullptr,
+                                       &TKestrumM::CloseProjectClick);
+    m_projectActions << closeProject;
+    m_fileMenu->addAction(newProject);
+    m_fileMenu->addAction(openProject);
+    m_fileMenu->addAction(closeProject);
+    m_fileMenu->addSeparator();
+    m_fileMenu->addSeparator()->setObjectName(QStringLiteral("RecentEnd"));
+    QAction* exit = new QAction(QStringLiteral("E&xit"), this);
+    exit->setObjectName(QStringLiteral("Exit1"));
+    exit->setShortcut(QKeySequence::Quit);
+    connect(exit, &QAction::triggered, this, &QWidget::close);
+    m_fileMenu->addAction(exit);
+
+    // ---- Edit: find and replace within the page
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    edit->setObjectName(QStringLiteral("Edit1"));
+    QAction* find = makeAction(QStringLiteral("Find1"), QStringLiteral("&Find..."), nullptr, &TKestrumM::Find1Click);
+    find->setShortcut(QKeySequence::Find);
+    QAction* replace = makeAction(QStringLiteral("Replace1"), QStringLiteral("&Replace..."), nullptr,
+                                  &TKestrumM::Replace1Click);
+    replace->setShortcut(QKeySequence::Replace);
+    edit->addAction(find);
+    edit->addAction(replace);
+
+    // ---- Items
+    QAction* nodeNew = makeAction(QStringLiteral("NodeNew"), QStringLiteral("New..."), "new", &TKestrumM::NodeNewClick);
+    nodeNew->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Insert));
+    QAction* nodeImport = makeAction(QStringLiteral("NodeImport"), QStringLiteral("Import files..."), "import",
+                                     &TKestrumM::NodeImportClick);
+    QAction* nodeDelete = makeAction(QStringLiteral("NodeDelete"), QStringLiteral("Delete"), "delete",
+                                     &TKestrumM::NodeDeleteClick);
+    QAction* nodeRename = makeAction(QStringLiteral("NodeRename"), QStringLiteral("Rename..."), "rename",
+                                     &TKestrumM::NodeRenameClick);
+    nodeRename->setShortcut(QKeySequence(Qt::Key_F2));
+    auto* colourMenu = new QMenu(QStringLiteral("Change color"), this);
+    colourMenu->setObjectName(QStringLiteral("ChangeColor1"));
+    colourMenu->setIcon(Icons::command("colour"));
+    colourMenu->addAction(makeAction(QStringLiteral("White1"), QStringLiteral("White"), nullptr, &TKestrumM::White1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Yellow1"), QStringLiteral("Yellow"), nullptr, &TKestrumM::Yellow1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Red1"), QStringLiteral("Red"), nullptr, &TKestrumM::Red1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Green1"), QStringLiteral("Green"), nullptr, &TKestrumM::Green1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Blue1"), QStringLiteral("Blue"), nullptr, &TKestrumM::Blue1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Custom1"), QStringLiteral("Custom..."), nullptr, &TKestrumM::Custom1Click));
+    QAction* expand = makeAction(QStringLiteral("NodeExpand"), QStringLiteral("Expand all"), "expand",
+                                 &TKestrumM::NodeExpandClick);
+    QAction* collapse = makeAction(QStringLiteral("NodeCollapse"), QStringLiteral("Colapse all"), "collapse",
+                                   &TKestrumM::NodeCollapseClick);
+    QAction* collapseContext = makeAction(QStringLiteral("NodeCollapse2"), QStringLiteral("Collapse all"),
+                                          "collapse", &TKestrumM::NodeCollapseClick);
+    QAction* moveUp = makeAction(QStringLiteral("MoveUp1"), QStringLiteral("Move up"), "up", &TKestrumM::UpBtnClick);
+    QAction* moveDown = makeAction(QStringLiteral("MoveDown1"), QStringLiteral("Move down"), "down", &TKestrumM::DnBtnClick);
+    QAction* promote = makeAction(QStringLiteral("Promote1"), QStringLiteral("Promote"), "promote", &TKestrumM::LeftBtnClick);
+    QAction* demote = makeAction(QStringLiteral("Demote1"), QStringLiteral("Demote"), "demote", &TKestrumM::RightBtnClick);
+    QAction* keep = makeAction(QStringLiteral("KeepSelected1"), QStringLiteral("Keep selected item"), "keep",
+                               &TKestrumM::MoveToSupClick);
+    QAction* properties = new QAction(QStringLiteral("Properties..."), this);
+    properties->setObjectName(QStringLiteral("Properties1"));
+    properties->setEnabled(false);
+    properties->setVisible(false);
+    QAction* order = makeAction(QStringLiteral("Order1"), QStringLiteral("Order"), nullptr, &TKestrumM::NodeOrderClick);
+    order->setVisible(false);
+
+    m_itemsMenu = menuBar()->addMenu(QStringLiteral("&Items"));
+    m_itemsMenu->setObjectName(QStringLiteral("Nodes1"));
+    connect(m_itemsMenu, &QMenu::aboutToShow, this, &TKestrumM::Nodes1Click);
+    m_contextMenu = new QMenu(this);
+    m_contextMenu->setObjectName(QStringLiteral("PopupMenu1"));
+    for (QMenu* menu : {m_itemsMenu, m_contextMenu}) {
+        const bool context = menu == m_contextMenu;
+        menu->addAction(nodeNew);
+        menu->addAction(nodeImport);
+        menu->addSeparator();
+        menu->addAction(nodeDelete);
+        menu->addAction(nodeRename);
+        menu->addMenu(colourMenu);
+        menu->addSeparator();
+        menu->addAction(expand);
+        menu->addAction(context ? collapseContext : collapse);
+        menu->addSeparator();
+        menu->addAction(moveUp);
+        menu->addAction(moveDown);
+        menu->addAction(promote);
+        menu->addAction(demote);
+        menu->addSeparator();
+        menu->addAction(keep);
+        if (!context) {
+            menu->addAction(properties);
+            menu->addAction(order);
+        }
+    }
+    m_projectActions << nodeNew << nodeImport << nodeDelete << nodeRename << colourMenu->menuAction()
+                     << expand << collapse << collapseContext << moveUp << moveDown << promote << demote
+                     << keep;
+
+    // ---- Help
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->menuAction()->setObjectName(QStringLiteral("HelpMenu"));
+    QAction* about = new QAction(QStringLiteral("About Kestrum"), this);
+    connect(about, &QAction::triggered, this, [this] {
+        dialogs().information(this, QStringLiteral("Kestrum %1\nOrganiser of analysis reports.")
+                                        .arg(QStringLiteral(KESTRUM_VERSION)));
+    });
+    help->addAction(about);
+
+    // ---- the outline toolbar
+    m_outlineBar->addAction(nodeNew);
+    m_outlineBar->addAction(nodeImport);
+    m_outlineBar->addSeparator();
+    QAction* deleteBtn = makeAction(QStringLiteral("DeleteNodebtn"), QStringLiteral("Delete"), "delete",
+                                    &TKestrumM::NodeDeleteClick);
+    QAction* upBtn = makeAction(QStringLiteral("UpBtn"), QStringLiteral("Move up"), "up", &TKestrumM::UpBtnClick);
+    QAction* dnBtn = makeAction(QStringLiteral("DnBtn"), QStringLiteral("Move down"), "down", &TKestrumM::DnBtnClick);
+    QAction* leftBtn = makeAction(QStringLiteral("LeftBtn"), QStringLiteral("Promote"), "promote", &TKestrumM::LeftBtnClick);
+    QAction* rightBtn = makeAction(QStringLiteral("RightBtn"), QStringLiteral("Demote"), "demote",
+                                   &TKestrumM::RightBtnClick);
+    for (QAction* a : {deleteBtn, upBtn, dnBtn, leftBtn, rightBtn}) {
+        a->setEnabled(false);
+        m_outlineBar->addAction(a);
+    }
+    m_outlineBar->addSeparator();
+    m_outlineBar->addAction(keep);
+}
+
+void TKestrumM::connectStore()
+{
+    store::TRMData& data = *m_data;
+    connect(&data, &store::TRMData::titleChanged, this, [this](const QString& title) { setWindowTitle(title); });
+    connect(&data, &store::TRMData::aboutToClose, this, [this] {
+        // The page on screen is written back before the project goes.
+        if (m_display->contentModified() || m_display->commentModified()) {
+            m_display->SaveModif();
+        }
+    });
+    connect(&data, &store::TRMData::editorMenusHideRequested, m_editors, &EditorArea::hideEditorMenus);
+    connect(&data, &store::TRMData::showSelectedNodeRequested, this, &TKestrumM::ShowNode);
+    connect(&data, &store::TRMData::buttonsUpdateRequested, this, &TKestrumM::CheckButtons);
+    connect(&data, &store::TRMData::warning, this, [this](const QString& message) {
+        if (m_inCommand) {
+            dialogs().warning(this, message);
+        } else {
+            statusBar()->showMessage(message, 10000);
+        }
+    });
+    connect(&data.outline(), &store::OutlineModel::selectionChanged, this, &TKestrumM::syncSelectionToView);
+    connect(&data.outline(), &store::OutlineModel::modelReset, this, &TKestrumM::syncExpansion);
+    connect(&data.outline(), &store::OutlineModel::nodeChanged, this, [this](OutlineNode* node) {
+        const QModelIndex index = m_model->indexFor(node);
+        if (m_tree->isExpanded(index) != node->fields().expanded) {
+            m_tree->setExpanded(index, node->fields().expanded);
+        }
+    });
+}
+
+// ---- helpers -----------------------------------------------------------------------------------
+
+template <typename F>
+void TKestrumM::guarded(F&& work)
+{
+    const bool outer = !m_inCommand;
+    m_inCommand = true;
+    try {
+        work();
+    } catch (const store::StoreError& e) {
+        dialogs().warning(this, e.message());
+    }
+    if (outer) {
+        m_inCommand = false;
+    }
+}
+
+void TKestrumM::syncSelectionToView(OutlineNode* node)
+{
+    m_syncingSelection = true;
+    const QModelIndex index = m_model->indexFor(node);
+    m_tree->setCurrentIndex(index);
+    if (index.isValid()) {
+        m_tree->scrollTo(index);
+    }
+    m_syncingSelection = false;
+}
+
+void TKestrumM::syncExpansion()
+{
+    for (const OutlineNode* node : m_data->outline().nodesInOrder()) {
+        if (node->hasChildren()) {
+            m_tree->setExpanded(m_model->indexFor(node), node->fields().expanded || !node->parent());
+        }
+    }
+}
+
+void TKestrumM::selectAndShow(OutlineNode* node)
+{
+    m_data->outline().setSelected(node);
+    ShowNode();
+}
+
+QString TKestrumM::positionText() const
+{
+    return m_position->text();
+}
+
+// ---- project files -----------------------------------------------------------------------------
+
+bool TKestrumM::createProject(const QString& fileName)
+{
+    bool ok = false;
+    guarded([&] {
+        m_display->SaveModif();
+        m_data->DBCreate(fileName);
+        ok = true;
+    });
+    if (ok) {
+        m_settings->addRecentProject(fileName);
+        m_settings->save();
+        syncExpansion();
+        m_data->outline().selectIndex(1);
+        ShowNode();
+    }
+    refreshRecentMenu();
+    updateFileState();
+    return ok;
+}
+
+bool TKestrumM::openProject(const QString& fileName)
+{
+    bool ok = false;
+    guarded([&] {
+        m_data->DBOpen(fileName);
+        ok = true;
+    });
+    if (ok) {
+        m_settings->addRecentProject(fileName);
+        m_settings->save();
+    }
+    refreshRecentMenu();
+    updateFileState();
+    return ok;
+}
+
+void TKestrumM::closeProject()
+{
+    guarded([&] { m_data->CloseFile(); });
+    m_editors->ShowEditorNo(store::PageType::Folder);
+    m_editors->HideAllEditors();
+    m_display->clearComment();
+    m_comment->setEnabled(false);
+    m_position->clear();
+    setWindowTitle(QStringLiteral("Kestrum"));
+    updateFileState();
+}
+
+void TKestrumM::updateFileState()
+{
+    const bool open = m_data->isOpen();
+    for (QAction* a : m_projectActions) {
+        a->setEnabled(open);
+    }
+    if (open) {
+        if (m_options.pollHandOff) {
+            m_timer->start();
+        }
+    } else {
+        m_timer->stop();
+        for (const char* name : {"DeleteNodebtn", "UpBtn", "DnBtn", "LeftBtn", "RightBtn"}) {
+            findChild<QAction*>(QLatin1String(name))->setEnabled(false);
+        }
+    }
+}
+
+void TKestrumM::refreshRecentMenu()
+{
+    for (QAction* a : m_recentActions) {
+        m_fileMenu->removeAction(a);
+        a->deleteLater();
+    }
+    m_recentActions.clear();
+    QAction* end = nullptr;
+    for (QAction* a : m_fileMenu->actions()) {
+        if (a->objectName() == QLatin1String("RecentEnd")) {
+            end = a;
+        }
+    }
+    const QStringList files = m_settings->recentProjects();
+    for (int i = 0; i < files.size(); ++i) {
+        auto* a = new QAction(QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(files[i]).fileName()), this);
+        a->setToolTip(files[i]);
+        a->setStatusTip(files[i]);
+        const QString file = files[i];
+        connect(a, &QAction::triggered, this, [this, file] {
+            if (!QFileInfo::exists(file)) {
+                dialogs().warning(this, QStringLiteral("The project \"%1\" no longer exists.").arg(file));
+                m_settings->removeRecentProject(file);
+                m_settings->save();
+                refreshRecentMenu();
+                return;
+            }
+            openProject(file);
+        });
+        m_fileMenu->insertAction(end, a);
+        m_recentActions << a;
+    }
+}
+
+void TKestrumM::NewProjectClick()
+{
+    Dialogs::FileRequest request;
+    request.caption = QStringLiteral("New project");
+    request.filters = kProjectFilters;
+    request.defaultSuffix = QStringLiteral("kst");
+    request.fileName = QStringLiteral("Report.kst");
+    if (const auto choice = dialogs().getSaveFileName(this, request)) {
+        createProject(choice->fileName);
+    }
+}
+
+void TKestrumM::OpenProjectClick()
+{
+    Dialogs::FileRequest request;
+    request.caption = QStringLiteral("Open project");
+    request.filters = kProjectFilters;
+    if (const QString last = m_settings->lastProject(); !last.isEmpty()) {
+        request.directory = QFileInfo(last).absolutePath();
+    }
+    if (const auto choice = dialogs().getOpenFileName(this, request)) {
+        openProject(choice->fileName);
+    }
+}
+
+void TKestrumM::CloseProjectClick()
+{
+    closeProject();
+}
+
+// ---- page display ------------------------------------------------------------------------------
+
+void TKestrumM::ShowNode()
+{
+    guarded([&] { m_display->ShowNode(); });
+}
+
+void TKestrumM::CheckButtons()
+{
+    const OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    const store::OutlineButtons b = store::OutlineCommands::buttonsFor(selected);
+    findChild<QAction*>(QStringLiteral("DeleteNodebtn"))->setEnabled(b.deleteNode);
+    findChild<QAction*>(QStringLiteral("RightBtn"))->setEnabled(b.demote);
+    findChild<QAction*>(QStringLiteral("UpBtn"))->setEnabled(b.up);
+    findChild<QAction*>(QStringLiteral("LeftBtn"))->setEnabled(b.promote);
+    findChild<QAction*>(QStringLiteral("DnBtn"))->setEnabled(b.down);
+    if (b.position >= 0) {
+        m_position->setText(QStringLiteral("%1/%2").arg(b.position + 1).arg(b.siblings));
+    }
+}
+
+// ---- outline commands --------------------------------------------------------------------------
+
+void TKestrumM::NodeNewClick()
+{
+    if (!m_data->isOpen()) {
+        return;
+    }
+    guarded([&] {
+        m_display->SaveModif();
+        store::OutlineModel& outline = m_data->outline();
+        if (!outline.selected()) {
+            outline.setSelected(outline.root());
+        }
+        OutlineNode* selected = outline.selected();
+        TRMNewNoteDlg dialog(selected == outline.root(), this);
+        if (dialogs().exec(&dialog) == QDialog::Accepted) {
+            OutlineNode* node =
+                m_commands->newItem(selected, {dialog.folder(), dialog.after(), dialog.title()});
+            m_display->clearComment();
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            if (node) {
+                m_display->ShowNode();
+            }
+        } else {
+            m_data->SaveTree(); // written in every case
+        }
+    });
+}
+
+void TKestrumM::NodeImportClick()
+{
+    if (!m_data->isOpen()) {
+        return;
+    }
+    guarded([&] {
+        m_display->SaveModif();
+        Dialogs::FileRequest request;
+        request.caption = QStringLiteral("Import files");
+        request.filters = kImportFilters;
+        const auto files = dialogs().getOpenFileNames(this, request);
+        if (!files || files->isEmpty()) {
+            return;
+        }
+        m_display->clearComment();
+        store::OutlineModel& outline = m_data->outline();
+        OutlineNode* parent = outline.selected() ? outline.selected() : outline.root();
+        for (qsizetype i = 0; i < files->size(); ++i) {
+            OutlineNode* node = m_data->AppendFile(files->at(i), parent, true);
+            if (node && m_data->lastImportUnsaved()) {
+                // The page is left modified so that leaving it stores the import; when more
+                // files follow into the same editor it is stored at once.
+                if (i + 1 < files->size()) {
+                    m_data->savePage(node->imageIndex(), node->data());
+                } else {
+                    m_display->setContentModified(true);
+                }
+            }
+        }
+        m_display->ShowNode();
+    });
+}
+
+void TKestrumM::NodeDeleteClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    if (!selected || !selected->parent()) {
+        return;
+    }
+    if (!dialogs().askYesNo(this, QStringLiteral("Kestrum"),
+                            QStringLiteral("Are you sure you want to delete item: ") + selected->caption())) {
+        return;
+    }
+    guarded([&] {
+        // Nothing of the pages being deleted is written back.
+        m_display->setCommentModified(false);
+        m_display->setContentModified(false);
+        m_commands->deleteItem(selected);
+        m_display->ShowNode();
+    });
+}
+
+void TKestrumM::NodeRenameClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    if (!selected) {
+        return;
+    }
+    guarded([&] {
+        m_display->SaveModif();
+        if (const auto title = dialogs().getText(this, QStringLiteral("Edit title"),
+                                                 QStringLiteral("Type the new title"), selected->caption())) {
+            m_commands->rename(selected, *title);
+        }
+    });
+}
+
+void TKestrumM::colourSelected(std::optional<qint32> colour)
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    if (selected) {
+        guarded([&] { m_commands->setColour(selected, colour); });
+    }
+}
+
+void TKestrumM::White1Click()
+{
+    colourSelected(std::nullopt);
+}
+
+void TKestrumM::Yellow1Click()
+{
+    colourSelected(0x00FFFF);
+}
+
+void TKestrumM::Red1Click()
+{
+    colourSelected(0x0000FF);
+}
+
+void TKestrumM::Green1Click()
+{
+    colourSelected(0x00FF00);
+}
+
+void TKestrumM::Blue1Click()
+{
+    colourSelected(0xFFFF00); // shows as aqua, as the outline has always marked "Blue"
+}
+
+void TKestrumM::Custom1Click()
+{
+    const OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    if (!selected) {
+        return;
+    }
+    QColor initial = Qt::black;
+    if (!selected->fields().usesTreeColours) {
+        initial = common::toQColor(selected->fields().textColor);
+    }
+    if (const auto colour = dialogs().getColour(this, initial, QStringLiteral("Change color"))) {
+        colourSelected(common::fromQColor(*colour));
+    }
+}
+
+void TKestrumM::NodeExpandClick()
+{
+    m_tree->expandAll();
+    m_data->outline().setAllExpanded(true);
+}
+
+void TKestrumM::NodeCollapseClick()
+{
+    m_tree->collapseAll();
+    m_data->outline().setAllExpanded(false);
+}
+
+void TKestrumM::afterOutlineMove()
+{
+    syncSelectionToView(m_data->outline().selected());
+    CheckButtons();
+}
+
+void TKestrumM::UpBtnClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    guarded([&] {
+        if (m_commands->moveUp(selected)) {
+            afterOutlineMove();
+        }
+    });
+}
+
+void TKestrumM::DnBtnClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    guarded([&] {
+        if (m_commands->moveDown(selected)) {
+            afterOutlineMove();
+        }
+    });
+}
+
+void TKestrumM::LeftBtnClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    guarded([&] {
+        if (m_commands->promote(selected)) {
+            afterOutlineMove();
+        }
+    });
+}
+
+void TKestrumM::RightBtnClick()
+{
+    OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    guarded([&] {
+        if (m_commands->demote(selected)) {
+            afterOutlineMove();
+        }
+    });
+}
+
+void TKestrumM::Nodes1Click()
+{
+    NodeOrderClick();
+}
+
+void TKestrumM::NodeOrderClick()
+{
+    auto copy = [this](const char* item, const char* button) {
+        findChild<QAction*>(QLatin1String(item))
+            ->setEnabled(findChild<QAction*>(QLatin1String(button))->isEnabled());
+    };
+    copy("MoveUp1", "UpBtn");
+    copy("MoveDown1", "DnBtn");
+    copy("Promote1", "LeftBtn");
+    copy("Demote1", "RightBtn");
+    const OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    findChild<QAction*>(QStringLiteral("NodeDelete"))->setEnabled(selected && selected->parent());
+}
+
+void TKestrumM::MoveToSupClick()
+{
+    if (!m_data->isOpen() || !m_data->outline().selected()) {
+        return;
+    }
+    guarded([&] {
+        m_display->SaveModif(); // the kept copy holds what is on screen
+        m_data->MoveToSup();
+        dialogs().notice(this, QStringLiteral("Saved!"), 500);
+    });
+}
+
+void TKestrumM::MainTreeDragDrop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
+{
+    if (!m_data->isOpen()) {
+        return;
+    }
+    guarded([&] {
+        const OutlineNode* shown = m_data->outline().nodeAt(m_data->currentNodeIndex());
+        m_commands->drop(dragged, target, ctrl);
+        afterOutlineMove();
+        if (m_data->outline().selected() != shown) {
+            m_display->ShowNode();
+        }
+    });
+}
+
+void TKestrumM::Timer1Timer()
+{
+    // Not while a command or a dialog is under way: the outline must not change beneath it.
+    if (!m_data->isOpen() || m_inCommand || QApplication::activeModalWidget()) {
+        return;
+    }
+    try {
+        if (m_data->pollHandOff() && m_data->restoredSelectionIndex() > -1) {
+            const int restored = m_data->restoredSelectionIndex();
+            if (!m_data->outline().selectIndex(restored + 1)) {
+                m_data->outline().selectIndex(restored);
+            }
+            ShowNode();
+        }
+    } catch (const store::StoreError& e) {
+        statusBar()->showMessage(e.message(), 10000);
+    }
+}
+
+void TKestrumM::Find1Click()
+{
+    if (EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
+        panel->find();
+    }
+}
+
+void TKestrumM::Replace1Click()
+{
+    if (EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
+        panel->replace();
+    }
+}
+
+// ---- layout ------------------------------------------------------------------------------------
+
+void TKestrumM::restoreLayout()
+{
+    const AppSettings::Layout l = m_settings->layout();
+    const QRect available = screen() ? screen()->availableGeometry() : QRect(0, 0, 1400, 900);
+    if (l.geometry.width() > 200 && l.geometry.height() > 150 && available.intersects(l.geometry)) {
+        setGeometry(l.geometry);
+    } else {
+        resize(qMin(1280, available.width()), qMin(800, available.height()));
+    }
+    if (l.leftPanelWidth > 50) {
+        m_mainSplitter->setSizes({l.leftPanelWidth, qMax(200, width() - l.leftPanelWidth)});
+    }
+    if (l.commentHeight > 20) {
+        m_rightSplitter->setSizes({qMax(100, height() - l.commentHeight), l.commentHeight});
+    }
+    if (l.state == 2) {
+        setWindowState(Qt::WindowMaximized);
+    }
+}
+
+void TKestrumM::saveLayout()
+{
+    AppSettings::Layout l;
+    l.state = isMaximized() ? 2 : (isMinimized() ? 1 : 0);
+    l.geometry = normalGeometry().isValid() ? normalGeometry() : geometry();
+    l.leftPanelWidth = m_mainSplitter->sizes().value(0);
+    l.commentHeight = m_rightSplitter->sizes().value(1);
+    m_settings->setLayout(l);
+    m_settings->save();
+}
+
+void TKestrumM::closeEvent(QCloseEvent* event)
+{
+    m_timer->stop();
+    saveLayout();
+    guarded([&] { m_data->CloseFile(); });
+    event->accept();
+}
+
+} // namespace kestrum::app
