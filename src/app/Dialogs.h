@@ -51,9 +51,12 @@ public:
         QString fileName;
         int filterIndex = 1; // 1-based, as chosen by the user
     };
-    virtual std::optional<FileChoice> getOpenFileName(QWidget* parent, const FileRequest& request) = 0;
-    virtual std::optional<QStringList> getOpenFileNames(QWidget* parent, const FileRequest& request) = 0;
-    virtual std::optional<FileChoice> getSaveFileName(QWidget* parent, const FileRequest& request) = 0;
+    virtual std::optional<FileChoice> getOpenFileName(QWidget* parent,
+                                                      const FileRequest& request) = 0;
+    virtual std::optional<QStringList> getOpenFileNames(QWidget* parent,
+                                                        const FileRequest& request) = 0;
+    virtual std::optional<FileChoice> getSaveFileName(QWidget* parent,
+                                                      const FileRequest& request) = 0;
 
     // The print dialog for `printer`; true when the user chose to print.
     virtual bool print(QWidget* parent, QPrinter* printer) = 0;

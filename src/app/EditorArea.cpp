@@ -1,6 +1,7 @@
 #include "EditorArea.h"
 
 #include "app/EditorPanel.h"
+#include "app/OverviewPanel.h"
 #include "app/PlaceholderEditor.h"
 #include "store/PageDocument.h"
 #include "store/TRMData.h"
@@ -46,6 +47,8 @@ EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& 
     m_layout = new QVBoxLayout(&m_container);
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
+    m_overview = new OverviewPanel(&m_container);
+    m_layout->addWidget(m_overview);
     QAction* insertMenusBefore = nullptr;
     for (const QAction* a : m_window.menuBar()->actions()) {
         if (a->objectName() == QLatin1String("HelpMenu")) {
@@ -87,8 +90,8 @@ void EditorArea::setFindActions(QAction* find, QAction* replace)
 
 void EditorArea::createStartupEditors()
 {
-    for (EditorKind kind : {EditorKind::Text, EditorKind::Grid, EditorKind::Chart, EditorKind::Image,
-                            EditorKind::WordCloud}) {
+    for (EditorKind kind : {EditorKind::Text, EditorKind::Grid, EditorKind::Chart,
+                            EditorKind::Image, EditorKind::WordCloud}) {
         ensurePanel(kind);
     }
 }
@@ -124,7 +127,7 @@ EditorPanel* EditorArea::ensurePanel(EditorKind kind)
 EditorPanel* EditorArea::visiblePanel() const
 {
     for (EditorPanel* panel : m_panels) {
-        if (panel && !panel->isHidden()) {
+        if (panel && !panel->isHidden() && panel != static_cast<QWidget*>(m_overview)) {
             return panel;
         }
     }
@@ -196,6 +199,7 @@ void EditorArea::ShowEditorNo(qint32 pageType)
     setBarVisible(EditorKind::Diagram, kind == EditorKind::Diagram);
 
     setPanelVisible(EditorKind::WordCloud, kind == EditorKind::WordCloud);
+    m_overview->setVisible(visiblePanel() == nullptr);
 }
 
 void EditorArea::HideAllEditors()

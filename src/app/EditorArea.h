@@ -21,6 +21,7 @@ class TRMData;
 namespace kestrum::app {
 
 class EditorPanel;
+class OverviewPanel;
 
 // How the editor of each kind is made; a kind without a factory gets a placeholder.
 struct EditorFactories
@@ -45,6 +46,8 @@ public:
     EditorPanel* visiblePanel() const;
     QToolBar* toolBar(store::EditorKind kind) const { return m_toolBars[std::size_t(kind)]; }
     QMenu* menu(store::EditorKind kind) const { return m_menus[std::size_t(kind)]; }
+    // Shown in place of an editor when the page kind has none.
+    OverviewPanel* overview() const { return m_overview; }
     QAction* findAction() const { return m_find; }
     QAction* replaceAction() const { return m_replace; }
     void setFindActions(QAction* find, QAction* replace);
@@ -67,6 +70,7 @@ private:
     QMainWindow& m_window;
     QWidget& m_container;
     QVBoxLayout* m_layout = nullptr;
+    OverviewPanel* m_overview = nullptr;
     store::TRMData& m_data;
     EditorFactories m_factories;
     std::array<EditorPanel*, store::kEditorKindCount> m_panels{};

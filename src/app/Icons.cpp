@@ -34,19 +34,30 @@ QIcon forPageKind(qint32 imageIndex)
 {
     namespace PageType = store::PageType;
     switch (imageIndex) {
-    case PageType::Text: return load(QStringLiteral("text"));
+    case PageType::Text:
+        return load(QStringLiteral("text"));
     case PageType::TextVariant5:
     case PageType::TextVariant6:
-    case PageType::TextVariant7: return load(QStringLiteral("passage"));
-    case PageType::Grid: return load(QStringLiteral("table"));
-    case PageType::Chart: return load(QStringLiteral("chart"));
-    case PageType::Image: return load(QStringLiteral("image"));
-    case PageType::Timeline: return load(QStringLiteral("timeline"));
-    case PageType::OutlineRoot: return load(QStringLiteral("project"));
-    case PageType::Folder: return load(QStringLiteral("folder"));
-    case PageType::Diagram: return load(QStringLiteral("diagram"));
-    case PageType::WordCloud: return load(QStringLiteral("wordcloud"));
-    default: return load(QStringLiteral("unknown"));
+    case PageType::TextVariant7:
+        return load(QStringLiteral("passage"));
+    case PageType::Grid:
+        return load(QStringLiteral("table"));
+    case PageType::Chart:
+        return load(QStringLiteral("chart"));
+    case PageType::Image:
+        return load(QStringLiteral("image"));
+    case PageType::Timeline:
+        return load(QStringLiteral("timeline"));
+    case PageType::OutlineRoot:
+        return load(QStringLiteral("project"));
+    case PageType::Folder:
+        return load(QStringLiteral("folder"));
+    case PageType::Diagram:
+        return load(QStringLiteral("diagram"));
+    case PageType::WordCloud:
+        return load(QStringLiteral("wordcloud"));
+    default:
+        return load(QStringLiteral("unknown"));
     }
 }
 

@@ -16,9 +16,10 @@ OutlineItemModel::OutlineItemModel(store::OutlineModel& outline, QObject* parent
     : QAbstractItemModel(parent), m_outline(outline)
 {
     using M = store::OutlineModel;
-    connect(&outline, &M::nodesAboutToBeInserted, this, [this](OutlineNode* parent, int row, int count) {
-        beginInsertRows(parent ? indexFor(parent) : QModelIndex(), row, row + count - 1);
-    });
+    connect(&outline, &M::nodesAboutToBeInserted, this,
+            [this](OutlineNode* parent, int row, int count) {
+                beginInsertRows(parent ? indexFor(parent) : QModelIndex(), row, row + count - 1);
+            });
     connect(&outline, &M::nodesInserted, this, [this] { endInsertRows(); });
     connect(&outline, &M::nodeAboutToBeRemoved, this, [this](OutlineNode* node) {
         const QModelIndex index = indexFor(node);
@@ -28,7 +29,8 @@ OutlineItemModel::OutlineItemModel(store::OutlineModel& outline, QObject* parent
     connect(&outline, &M::nodeAboutToBeMoved, this,
             [this](OutlineNode* node, OutlineNode* newParent, int destinationRow) {
                 const QModelIndex from = indexFor(node);
-                beginMoveRows(from.parent(), from.row(), from.row(), indexFor(newParent), destinationRow);
+                beginMoveRows(from.parent(), from.row(), from.row(), indexFor(newParent),
+                              destinationRow);
             });
     connect(&outline, &M::nodeMoved, this, [this] { endMoveRows(); });
     connect(&outline, &M::nodeChanged, this, [this](OutlineNode* node) {
@@ -99,13 +101,17 @@ QVariant OutlineItemModel::data(const QModelIndex& index, int role) const
     const store::OutlineNodeData& d = node->fields();
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole: return d.caption;
-    case Qt::DecorationRole: return Icons::forPageKind(d.imageIndex);
+    case Qt::EditRole:
+        return d.caption;
+    case Qt::DecorationRole:
+        return Icons::forPageKind(d.imageIndex);
     case Qt::ToolTipRole:
         if (!node->parent() || d.imageIndex == store::PageType::Folder) {
             return d.caption;
         }
-        return QStringLiteral("%1\n%2 page %3").arg(d.caption, store::pageKindName(d.imageIndex)).arg(d.data);
+        return QStringLiteral("%1\n%2 page %3")
+            .arg(d.caption, store::pageKindName(d.imageIndex))
+            .arg(d.data);
     case Qt::ForegroundRole:
         if (!d.usesTreeColours) {
             const QColor c = common::toQColor(d.textColor);
@@ -129,8 +135,10 @@ QVariant OutlineItemModel::data(const QModelIndex& index, int role) const
             return bold;
         }
         return {};
-    case kNodeRole: return QVariant::fromValue(static_cast<void*>(const_cast<OutlineNode*>(node)));
-    default: return {};
+    case kNodeRole:
+        return QVariant::fromValue(static_cast<void*>(const_cast<OutlineNode*>(node)));
+    default:
+        return {};
     }
 }
 

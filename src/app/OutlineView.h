@@ -25,7 +25,8 @@ public:
     store::OutlineNode* draggedNode() const { return m_dragged; }
 
 signals:
-    void nodeDropped(kestrum::store::OutlineNode* dragged, kestrum::store::OutlineNode* target, bool ctrl);
+    void nodeDropped(kestrum::store::OutlineNode* dragged, kestrum::store::OutlineNode* target,
+                     bool ctrl);
 
 protected:
     void startDrag(Qt::DropActions supportedActions) override;

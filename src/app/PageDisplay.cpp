@@ -114,7 +114,9 @@ void PageDisplay::ShowNode()
         const qint32 pageId = node ? node->data() : -1;
         try {
             switch (store::editorKindFor(kind)) {
-            case store::EditorKind::Text: m_data.GetWP(pageId); break;
+            case store::EditorKind::Text:
+                m_data.GetWP(pageId);
+                break;
             case store::EditorKind::Grid:
                 if (EditorPanel* grid = m_editors.panel(store::EditorKind::Grid)) {
                     grid->document().clear();
@@ -122,12 +124,23 @@ void PageDisplay::ShowNode()
                 letPendingMessagesRun();
                 m_data.GetGrid(pageId);
                 break;
-            case store::EditorKind::Chart: m_data.GetChart(pageId); break;
-            case store::EditorKind::Image: m_data.GetImage(pageId); break;
-            case store::EditorKind::Timeline: m_data.GetTimeLine(pageId); break;
-            case store::EditorKind::Diagram: m_data.GetDiagram(pageId); break;
-            case store::EditorKind::WordCloud: m_data.GetWordCloud(pageId); break;
-            case store::EditorKind::None: break;
+            case store::EditorKind::Chart:
+                m_data.GetChart(pageId);
+                break;
+            case store::EditorKind::Image:
+                m_data.GetImage(pageId);
+                break;
+            case store::EditorKind::Timeline:
+                m_data.GetTimeLine(pageId);
+                break;
+            case store::EditorKind::Diagram:
+                m_data.GetDiagram(pageId);
+                break;
+            case store::EditorKind::WordCloud:
+                m_data.GetWordCloud(pageId);
+                break;
+            case store::EditorKind::None:
+                break;
             }
         } catch (const store::StoreError& e) {
             dialogs().warning(m_dialogParent, e.message());

@@ -13,14 +13,22 @@ namespace {
 qint32 iconKind(store::EditorKind kind)
 {
     switch (kind) {
-    case store::EditorKind::Text: return store::PageType::Text;
-    case store::EditorKind::Grid: return store::PageType::Grid;
-    case store::EditorKind::Chart: return store::PageType::Chart;
-    case store::EditorKind::Image: return store::PageType::Image;
-    case store::EditorKind::Timeline: return store::PageType::Timeline;
-    case store::EditorKind::Diagram: return store::PageType::Diagram;
-    case store::EditorKind::WordCloud: return store::PageType::WordCloud;
-    case store::EditorKind::None: break;
+    case store::EditorKind::Text:
+        return store::PageType::Text;
+    case store::EditorKind::Grid:
+        return store::PageType::Grid;
+    case store::EditorKind::Chart:
+        return store::PageType::Chart;
+    case store::EditorKind::Image:
+        return store::PageType::Image;
+    case store::EditorKind::Timeline:
+        return store::PageType::Timeline;
+    case store::EditorKind::Diagram:
+        return store::PageType::Diagram;
+    case store::EditorKind::WordCloud:
+        return store::PageType::WordCloud;
+    case store::EditorKind::None:
+        break;
     }
     return -1;
 }
@@ -59,10 +67,11 @@ PlaceholderEditor::PlaceholderEditor(store::EditorKind kind, QWidget* parent)
 
 void PlaceholderEditor::refresh()
 {
-    m_detail->setText(tr("This version of Kestrum cannot edit %1 pages yet.\nThe page's content (%2) "
-                         "is kept exactly as it was handed over.")
-                          .arg(store::editorKindName(m_document.kind()),
-                               QLocale().formattedDataSize(m_document.bytes().size())));
+    m_detail->setText(
+        tr("This version of Kestrum cannot edit %1 pages yet.\nThe page's content (%2) "
+           "is kept exactly as it was handed over.")
+            .arg(store::editorKindName(m_document.kind()),
+                 QLocale().formattedDataSize(m_document.bytes().size())));
 }
 
 } // namespace kestrum::app

@@ -17,7 +17,8 @@ namespace kestrum::app {
 namespace {
 
 // Runs a file dialog and reads back the file and the 1-based filter the user chose.
-std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog, const Dialogs::FileRequest& request)
+std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog,
+                                                 const Dialogs::FileRequest& request)
 {
     if (!request.filters.isEmpty()) {
         dialog.setNameFilters(request.filters);
@@ -86,11 +87,13 @@ std::optional<QString> QtDialogs::getText(QWidget* parent, const QString& title,
                                           const QString& prompt, const QString& initial)
 {
     bool ok = false;
-    const QString text = QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, initial, &ok);
+    const QString text =
+        QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, initial, &ok);
     return ok ? std::optional<QString>(text) : std::nullopt;
 }
 
-std::optional<QColor> QtDialogs::getColour(QWidget* parent, const QColor& initial, const QString& title)
+std::optional<QColor> QtDialogs::getColour(QWidget* parent, const QColor& initial,
+                                           const QString& title)
 {
     const QColor colour = QColorDialog::getColor(initial, parent, title);
     return colour.isValid() ? std::optional<QColor>(colour) : std::nullopt;
@@ -103,7 +106,8 @@ std::optional<QFont> QtDialogs::getFont(QWidget* parent, const QFont& initial, c
     return ok ? std::optional<QFont>(font) : std::nullopt;
 }
 
-std::optional<Dialogs::FileChoice> QtDialogs::getOpenFileName(QWidget* parent, const FileRequest& request)
+std::optional<Dialogs::FileChoice> QtDialogs::getOpenFileName(QWidget* parent,
+                                                              const FileRequest& request)
 {
     QFileDialog dialog(parent, request.caption);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
@@ -122,7 +126,8 @@ std::optional<QStringList> QtDialogs::getOpenFileNames(QWidget* parent, const Fi
     return dialog.selectedFiles();
 }
 
-std::optional<Dialogs::FileChoice> QtDialogs::getSaveFileName(QWidget* parent, const FileRequest& request)
+std::optional<Dialogs::FileChoice> QtDialogs::getSaveFileName(QWidget* parent,
+                                                              const FileRequest& request)
 {
     QFileDialog dialog(parent, request.caption);
     dialog.setAcceptMode(QFileDialog::AcceptSave);

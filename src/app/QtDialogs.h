@@ -16,9 +16,11 @@ public:
                                    const QString& initial) override;
     std::optional<QColor> getColour(QWidget* parent, const QColor& initial,
                                     const QString& title) override;
-    std::optional<QFont> getFont(QWidget* parent, const QFont& initial, const QString& title) override;
+    std::optional<QFont> getFont(QWidget* parent, const QFont& initial,
+                                 const QString& title) override;
     std::optional<FileChoice> getOpenFileName(QWidget* parent, const FileRequest& request) override;
-    std::optional<QStringList> getOpenFileNames(QWidget* parent, const FileRequest& request) override;
+    std::optional<QStringList> getOpenFileNames(QWidget* parent,
+                                                const FileRequest& request) override;
     std::optional<FileChoice> getSaveFileName(QWidget* parent, const FileRequest& request) override;
     bool print(QWidget* parent, QPrinter* printer) override;
     bool printSetup(QWidget* parent, QPrinter* printer) override;

@@ -25,7 +25,8 @@ bool SingleInstance::claim()
     if (folder.isEmpty()) {
         folder = QDir::tempPath();
     }
-    m_lock = std::make_unique<QLockFile>(QDir(folder).filePath(serverName() + QStringLiteral(".lock")));
+    m_lock =
+        std::make_unique<QLockFile>(QDir(folder).filePath(serverName() + QStringLiteral(".lock")));
     m_lock->setStaleLockTime(0); // a lock left by a crash is taken over
     if (!m_lock->tryLock(100)) {
         return false;

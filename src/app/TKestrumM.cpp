@@ -6,6 +6,7 @@
 #include "app/Icons.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
+#include "app/OverviewPanel.h"
 #include "app/PageDisplay.h"
 #include "app/TRMNewNoteDlg.h"
 #include "common/Colour.h"
@@ -66,7 +67,16 @@ TKestrumM::TKestrumM(Options options, QWidget* parent)
                               findChild<QAction*>(QStringLiteral("Replace1")));
     m_editors->createStartupEditors();
     m_display = new PageDisplay(*m_data, *m_editors, *m_comment, this);
-    m_display->setAfterShow([this] { CheckButtons(); });
+    m_display->setAfterShow([this] {
+        m_editors->overview()->showNode(m_data->outline().selected());
+        CheckButtons();
+    });
+    connect(m_editors->overview(), &OverviewPanel::newProjectRequested, this,
+            &TKestrumM::NewProjectClick);
+    connect(m_editors->overview(), &OverviewPanel::openProjectRequested, this,
+            &TKestrumM::OpenProjectClick);
+    connect(m_editors->overview(), &OverviewPanel::recentProjectRequested, this,
+            [this](const QString& path) { openProject(path); });
     connectStore();
 
     m_timer = new QTimer(this);
@@ -199,14 +209,16 @@ void TKestrumM::buildMenusAndToolBars()
     // ---- File
     m_fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
     m_fileMenu->setObjectName(QStringLiteral("File1"));
-    QAction* newProject = makeAction(QStringLiteral("NewProject"), QStringLiteral("&New project..."),
-                                     "newproject", &TKestrumM::NewProjectClick);
+    QAction* newProject =
+        makeAction(QStringLiteral("NewProject"), QStringLiteral("&New project..."), "newproject",
+                   &TKestrumM::NewProjectClick);
     newProject->setShortcut(QKeySequence::New);
-    QAction* openProject = makeAction(QStringLiteral("OpenProject"), QStringLiteral("&Open project..."),
-                                      "open", &TKestrumM::OpenProjectClick);
+    QAction* openProject =
+        makeAction(QStringLiteral("OpenProject"), QStringLiteral("&Open project..."), "open",
+                   &TKestrumM::OpenProjectClick);
     openProject->setShortcut(QKeySequence::Open);
-    QAction* closeProject = makeAction(QStringLiteral("CloseProject"), QStringLiteral("&Close"), nullptr,
-                                       &TKestrumM::CloseProjectClick);
+    QAction* closeProject = makeAction(QStringLiteral("CloseProject"), QStringLiteral("&Close"),
+                                       nullptr, &TKestrumM::CloseProjectClick);
     m_projectActions << closeProject;
     m_fileMenu->addAction(newProject);
     m_fileMenu->addAction(openProject);
@@ -222,50 +234,66 @@ void TKestrumM::buildMenusAndToolBars()
     // ---- Edit: find and replace within the page
     QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
     edit->setObjectName(QStringLiteral("Edit1"));
-    QAction* find = makeAction(QStringLiteral("Find1"), QStringLiteral("&Find..."), nullptr, &TKestrumM::Find1Click);
+    QAction* find = makeAction(QStringLiteral("Find1"), QStringLiteral("&Find..."), nullptr,
+                               &TKestrumM::Find1Click);
     find->setShortcut(QKeySequence::Find);
-    QAction* replace = makeAction(QStringLiteral("Replace1"), QStringLiteral("&Replace..."), nullptr,
-                                  &TKestrumM::Replace1Click);
+    QAction* replace = makeAction(QStringLiteral("Replace1"), QStringLiteral("&Replace..."),
+                                  nullptr, &TKestrumM::Replace1Click);
     replace->setShortcut(QKeySequence::Replace);
     edit->addAction(find);
     edit->addAction(replace);
 
     // ---- Items
-    QAction* nodeNew = makeAction(QStringLiteral("NodeNew"), QStringLiteral("New..."), "new", &TKestrumM::NodeNewClick);
+    QAction* nodeNew = makeAction(QStringLiteral("NodeNew"), QStringLiteral("New..."), "new",
+                                  &TKestrumM::NodeNewClick);
     nodeNew->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Insert));
-    QAction* nodeImport = makeAction(QStringLiteral("NodeImport"), QStringLiteral("Import files..."), "import",
-                                     &TKestrumM::NodeImportClick);
-    QAction* nodeDelete = makeAction(QStringLiteral("NodeDelete"), QStringLiteral("Delete"), "delete",
-                                     &TKestrumM::NodeDeleteClick);
-    QAction* nodeRename = makeAction(QStringLiteral("NodeRename"), QStringLiteral("Rename..."), "rename",
-                                     &TKestrumM::NodeRenameClick);
+    QAction* nodeImport =
+        makeAction(QStringLiteral("NodeImport"), QStringLiteral("Import files..."), "import",
+                   &TKestrumM::NodeImportClick);
+    QAction* nodeDelete = makeAction(QStringLiteral("NodeDelete"), QStringLiteral("Delete"),
+                                     "delete", &TKestrumM::NodeDeleteClick);
+    QAction* nodeRename = makeAction(QStringLiteral("NodeRename"), QStringLiteral("Rename..."),
+                                     "rename", &TKestrumM::NodeRenameClick);
     nodeRename->setShortcut(QKeySequence(Qt::Key_F2));
     auto* colourMenu = new QMenu(QStringLiteral("Change color"), this);
     colourMenu->setObjectName(QStringLiteral("ChangeColor1"));
     colourMenu->setIcon(Icons::command("colour"));
-    colourMenu->addAction(makeAction(QStringLiteral("White1"), QStringLiteral("White"), nullptr, &TKestrumM::White1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Yellow1"), QStringLiteral("Yellow"), nullptr, &TKestrumM::Yellow1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Red1"), QStringLiteral("Red"), nullptr, &TKestrumM::Red1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Green1"), QStringLiteral("Green"), nullptr, &TKestrumM::Green1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Blue1"), QStringLiteral("Blue"), nullptr, &TKestrumM::Blue1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Custom1"), QStringLiteral("Custom..."), nullptr, &TKestrumM::Custom1Click));
-    QAction* expand = makeAction(QStringLiteral("NodeExpand"), QStringLiteral("Expand all"), "expand",
-                                 &TKestrumM::NodeExpandClick);
-    QAction* collapse = makeAction(QStringLiteral("NodeCollapse"), QStringLiteral("Colapse all"), "collapse",
-                                   &TKestrumM::NodeCollapseClick);
-    QAction* collapseContext = makeAction(QStringLiteral("NodeCollapse2"), QStringLiteral("Collapse all"),
-                                          "collapse", &TKestrumM::NodeCollapseClick);
-    QAction* moveUp = makeAction(QStringLiteral("MoveUp1"), QStringLiteral("Move up"), "up", &TKestrumM::UpBtnClick);
-    QAction* moveDown = makeAction(QStringLiteral("MoveDown1"), QStringLiteral("Move down"), "down", &TKestrumM::DnBtnClick);
-    QAction* promote = makeAction(QStringLiteral("Promote1"), QStringLiteral("Promote"), "promote", &TKestrumM::LeftBtnClick);
-    QAction* demote = makeAction(QStringLiteral("Demote1"), QStringLiteral("Demote"), "demote", &TKestrumM::RightBtnClick);
-    QAction* keep = makeAction(QStringLiteral("KeepSelected1"), QStringLiteral("Keep selected item"), "keep",
-                               &TKestrumM::MoveToSupClick);
+    colourMenu->addAction(makeAction(QStringLiteral("White1"), QStringLiteral("White"), nullptr,
+                                     &TKestrumM::White1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Yellow1"), QStringLiteral("Yellow"), nullptr,
+                                     &TKestrumM::Yellow1Click));
+    colourMenu->addAction(
+        makeAction(QStringLiteral("Red1"), QStringLiteral("Red"), nullptr, &TKestrumM::Red1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Green1"), QStringLiteral("Green"), nullptr,
+                                     &TKestrumM::Green1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Blue1"), QStringLiteral("Blue"), nullptr,
+                                     &TKestrumM::Blue1Click));
+    colourMenu->addAction(makeAction(QStringLiteral("Custom1"), QStringLiteral("Custom..."),
+                                     nullptr, &TKestrumM::Custom1Click));
+    QAction* expand = makeAction(QStringLiteral("NodeExpand"), QStringLiteral("Expand all"),
+                                 "expand", &TKestrumM::NodeExpandClick);
+    QAction* collapse = makeAction(QStringLiteral("NodeCollapse"), QStringLiteral("Colapse all"),
+                                   "collapse", &TKestrumM::NodeCollapseClick);
+    QAction* collapseContext =
+        makeAction(QStringLiteral("NodeCollapse2"), QStringLiteral("Collapse all"), "collapse",
+                   &TKestrumM::NodeCollapseClick);
+    QAction* moveUp = makeAction(QStringLiteral("MoveUp1"), QStringLiteral("Move up"), "up",
+                                 &TKestrumM::UpBtnClick);
+    QAction* moveDown = makeAction(QStringLiteral("MoveDown1"), QStringLiteral("Move down"), "down",
+                                   &TKestrumM::DnBtnClick);
+    QAction* promote = makeAction(QStringLiteral("Promote1"), QStringLiteral("Promote"), "promote",
+                                  &TKestrumM::LeftBtnClick);
+    QAction* demote = makeAction(QStringLiteral("Demote1"), QStringLiteral("Demote"), "demote",
+                                 &TKestrumM::RightBtnClick);
+    QAction* keep =
+        makeAction(QStringLiteral("KeepSelected1"), QStringLiteral("Keep selected item"), "keep",
+                   &TKestrumM::MoveToSupClick);
     QAction* properties = new QAction(QStringLiteral("Properties..."), this);
     properties->setObjectName(QStringLiteral("Properties1"));
     properties->setEnabled(false);
     properties->setVisible(false);
-    QAction* order = makeAction(QStringLiteral("Order1"), QStringLiteral("Order"), nullptr, &TKestrumM::NodeOrderClick);
+    QAction* order = makeAction(QStringLiteral("Order1"), QStringLiteral("Order"), nullptr,
+                                &TKestrumM::NodeOrderClick);
     order->setVisible(false);
 
     m_itemsMenu = menuBar()->addMenu(QStringLiteral("&Items"));
@@ -296,9 +324,9 @@ void TKestrumM::buildMenusAndToolBars()
             menu->addAction(order);
         }
     }
-    m_projectActions << nodeNew << nodeImport << nodeDelete << nodeRename << colourMenu->menuAction()
-                     << expand << collapse << collapseContext << moveUp << moveDown << promote << demote
-                     << keep;
+    m_projectActions << nodeNew << nodeImport << nodeDelete << nodeRename
+                     << colourMenu->menuAction() << expand << collapse << collapseContext << moveUp
+                     << moveDown << promote << demote << keep;
 
     // ---- Help
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
@@ -314,11 +342,14 @@ void TKestrumM::buildMenusAndToolBars()
     m_outlineBar->addAction(nodeNew);
     m_outlineBar->addAction(nodeImport);
     m_outlineBar->addSeparator();
-    QAction* deleteBtn = makeAction(QStringLiteral("DeleteNodebtn"), QStringLiteral("Delete"), "delete",
-                                    &TKestrumM::NodeDeleteClick);
-    QAction* upBtn = makeAction(QStringLiteral("UpBtn"), QStringLiteral("Move up"), "up", &TKestrumM::UpBtnClick);
-    QAction* dnBtn = makeAction(QStringLiteral("DnBtn"), QStringLiteral("Move down"), "down", &TKestrumM::DnBtnClick);
-    QAction* leftBtn = makeAction(QStringLiteral("LeftBtn"), QStringLiteral("Promote"), "promote", &TKestrumM::LeftBtnClick);
+    QAction* deleteBtn = makeAction(QStringLiteral("DeleteNodebtn"), QStringLiteral("Delete"),
+                                    "delete", &TKestrumM::NodeDeleteClick);
+    QAction* upBtn = makeAction(QStringLiteral("UpBtn"), QStringLiteral("Move up"), "up",
+                                &TKestrumM::UpBtnClick);
+    QAction* dnBtn = makeAction(QStringLiteral("DnBtn"), QStringLiteral("Move down"), "down",
+                                &TKestrumM::DnBtnClick);
+    QAction* leftBtn = makeAction(QStringLiteral("LeftBtn"), QStringLiteral("Promote"), "promote",
+                                  &TKestrumM::LeftBtnClick);
     QAction* rightBtn = makeAction(QStringLiteral("RightBtn"), QStringLiteral("Demote"), "demote",
                                    &TKestrumM::RightBtnClick);
     for (QAction* a : {deleteBtn, upBtn, dnBtn, leftBtn, rightBtn}) {
@@ -332,14 +363,16 @@ void TKestrumM::buildMenusAndToolBars()
 void TKestrumM::connectStore()
 {
     store::TRMData& data = *m_data;
-    connect(&data, &store::TRMData::titleChanged, this, [this](const QString& title) { setWindowTitle(title); });
+    connect(&data, &store::TRMData::titleChanged, this,
+            [this](const QString& title) { setWindowTitle(title); });
     connect(&data, &store::TRMData::aboutToClose, this, [this] {
         // The page on screen is written back before the project goes.
         if (m_display->contentModified() || m_display->commentModified()) {
             m_display->SaveModif();
         }
     });
-    connect(&data, &store::TRMData::editorMenusHideRequested, m_editors, &EditorArea::hideEditorMenus);
+    connect(&data, &store::TRMData::editorMenusHideRequested, m_editors,
+            &EditorArea::hideEditorMenus);
     connect(&data, &store::TRMData::showSelectedNodeRequested, this, &TKestrumM::ShowNode);
     connect(&data, &store::TRMData::buttonsUpdateRequested, this, &TKestrumM::CheckButtons);
     connect(&data, &store::TRMData::warning, this, [this](const QString& message) {
@@ -349,7 +382,8 @@ void TKestrumM::connectStore()
             statusBar()->showMessage(message, 10000);
         }
     });
-    connect(&data.outline(), &store::OutlineModel::selectionChanged, this, &TKestrumM::syncSelectionToView);
+    connect(&data.outline(), &store::OutlineModel::selectionChanged, this,
+            &TKestrumM::syncSelectionToView);
     connect(&data.outline(), &store::OutlineModel::modelReset, this, &TKestrumM::syncExpansion);
     connect(&data.outline(), &store::OutlineModel::nodeChanged, this, [this](OutlineNode* node) {
         const QModelIndex index = m_model->indexFor(node);
@@ -361,8 +395,7 @@ void TKestrumM::connectStore()
 
 // ---- helpers -----------------------------------------------------------------------------------
 
-template <typename F>
-void TKestrumM::guarded(F&& work)
+template <typename F> void TKestrumM::guarded(F&& work)
 {
     const bool outer = !m_inCommand;
     m_inCommand = true;
@@ -391,7 +424,8 @@ void TKestrumM::syncExpansion()
 {
     for (const OutlineNode* node : m_data->outline().nodesInOrder()) {
         if (node->hasChildren()) {
-            m_tree->setExpanded(m_model->indexFor(node), node->fields().expanded || !node->parent());
+            m_tree->setExpanded(m_model->indexFor(node),
+                                node->fields().expanded || !node->parent());
         }
     }
 }
@@ -463,6 +497,9 @@ void TKestrumM::updateFileState()
     for (QAction* a : m_projectActions) {
         a->setEnabled(open);
     }
+    if (!open) {
+        m_editors->overview()->showNoProject(m_settings->recentProjects());
+    }
     if (open) {
         if (m_options.pollHandOff) {
             m_timer->start();
@@ -490,13 +527,15 @@ void TKestrumM::refreshRecentMenu()
     }
     const QStringList files = m_settings->recentProjects();
     for (int i = 0; i < files.size(); ++i) {
-        auto* a = new QAction(QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(files[i]).fileName()), this);
+        auto* a = new QAction(
+            QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(files[i]).fileName()), this);
         a->setToolTip(files[i]);
         a->setStatusTip(files[i]);
         const QString file = files[i];
         connect(a, &QAction::triggered, this, [this, file] {
             if (!QFileInfo::exists(file)) {
-                dialogs().warning(this, QStringLiteral("The project \"%1\" no longer exists.").arg(file));
+                dialogs().warning(this,
+                                  QStringLiteral("The project \"%1\" no longer exists.").arg(file));
                 m_settings->removeRecentProject(file);
                 m_settings->save();
                 refreshRecentMenu();
@@ -629,7 +668,8 @@ void TKestrumM::NodeDeleteClick()
         return;
     }
     if (!dialogs().askYesNo(this, QStringLiteral("Kestrum"),
-                            QStringLiteral("Are you sure you want to delete item: ") + selected->caption())) {
+                            QStringLiteral("Are you sure you want to delete item: ") +
+                                selected->caption())) {
         return;
     }
     guarded([&] {
@@ -649,8 +689,9 @@ void TKestrumM::NodeRenameClick()
     }
     guarded([&] {
         m_display->SaveModif();
-        if (const auto title = dialogs().getText(this, QStringLiteral("Edit title"),
-                                                 QStringLiteral("Type the new title"), selected->caption())) {
+        if (const auto title =
+                dialogs().getText(this, QStringLiteral("Edit title"),
+                                  QStringLiteral("Type the new title"), selected->caption())) {
             m_commands->rename(selected, *title);
         }
     });

@@ -114,8 +114,7 @@ private:
     void restoreLayout();
     void saveLayout();
     // Runs a command, telling the user about a failure of the project file.
-    template <typename F>
-    void guarded(F&& work);
+    template <typename F> void guarded(F&& work);
 
     Options m_options;
     std::unique_ptr<AppSettings> m_settings;

@@ -36,14 +36,15 @@ int main(int argc, char** argv)
     TKestrumM::Options options;
     options.editors = defaultEditorFactories();
     TKestrumM window(std::move(options));
-    QObject::connect(&instance, &SingleInstance::filesReceived, &window, [&window](const QStringList& received) {
-        if (!received.isEmpty()) {
-            window.openProject(received.first());
-        }
-        window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
-        window.raise();
-        window.activateWindow();
-    });
+    QObject::connect(
+        &instance, &SingleInstance::filesReceived, &window, [&window](const QStringList& received) {
+            if (!received.isEmpty()) {
+                window.openProject(received.first());
+            }
+            window.setWindowState((window.windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+            window.raise();
+            window.activateWindow();
+        });
     window.show();
 
     const QString first = !files.isEmpty() ? files.first() : window.settings().lastProject();
