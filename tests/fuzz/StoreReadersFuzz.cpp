@@ -1,0 +1,75 @@
+// libFuzzer target for the store's readers of outside bytes: the outline stream, compressed
+// page columns, and whole project files. Built by build-store-fuzz.sh with clang; not part of
+// the main build. The first byte chooses the reader.
+
+#include "store/ColumnCodec.h"
+#include "store/OutlineStream.h"
+#include "store/ProjectReader.h"
+#include "store/StoreError.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+
+#include <cstddef>
+#include <cstdint>
+#include <unistd.h>
+
+using namespace kestrum::store;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size < 1) {
+        return 0;
+    }
+    const QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data) + 1, qsizetype(size - 1));
+    QString error;
+    switch (data[0] % 3) {
+    case 0: {
+        const auto tree = OutlineStream::read(bytes, &error);
+        if (tree) {
+            // What was read writes out and reads back to the same tree (reserved bits aside).
+            const QByteArray written = OutlineStream::write(tree.get());
+            const auto again = OutlineStream::read(written, &error);
+            if (!again || OutlineStream::write(again.get()) != written) {
+                __builtin_trap();
+            }
+        } else if (!bytes.isEmpty() && error.isEmpty()) {
+            __builtin_trap(); // a refusal always says why
+        }
+        break;
+    }
+    case 1: {
+        const auto plain = ColumnCodec::decompress(bytes, &error);
+        if (!plain && error.isEmpty()) {
+            __builtin_trap();
+        }
+        break;
+    }
+    default: {
+        static const QString file =
+            QDir::temp().filePath(QStringLiteral("kestrum-fuzz-%1.kst").arg(getpid()));
+        QFile out(file);
+        if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+            return 0;
+        }
+        out.write(bytes);
+        out.close();
+        try {
+            ProjectReader reader(file);
+            for (qint32 id : reader.table().ids()) {
+                try {
+                    reader.table().readContent(id);
+                    reader.table().readInfo(id);
+                    reader.table().readComment(id);
+                } catch (const StoreError&) {
+                }
+            }
+        } catch (const StoreError&) {
+        }
+        break;
+    }
+    }
+    return 0;
+}
