@@ -17,7 +17,8 @@ struct PageExporter
     store::EditorKind kind;
     QStringList extensions; // lower case, without the dot
     // Writes the page; throws CliError when it cannot.
-    std::function<void(const QByteArray& content, const QString& pageInfo, const QString& outFile)> write;
+    std::function<void(const QByteArray& content, const QString& pageInfo, const QString& outFile)>
+        write;
 };
 
 class PageExporterTable
@@ -33,5 +34,7 @@ private:
 
 // Each page kind registers the formats it can be exported to.
 void registerExportPageCommand(class CommandTable& table, const PageExporterTable& exporters);
+// Grid pages: .txt .tab .csv .xls .doc .htm .html .xml .wgf.
+void registerGridPageExporters(PageExporterTable& exporters);
 
 } // namespace kestrum::cli

@@ -35,6 +35,7 @@ int main(int argc, char** argv)
     registerStoreCommands(table);
     registerDemoCommand(table);
     PageExporterTable exporters;
+    registerGridPageExporters(exporters);
     registerExportPageCommand(table, exporters);
 
     QTextStream out(stdout);
@@ -63,8 +64,9 @@ int main(int argc, char** argv)
             const QByteArray runtime =
                 QDir::tempPath().toLocal8Bit() + "/kestrum-runtime-" + QByteArray::number(getuid());
             QDir().mkpath(QString::fromLocal8Bit(runtime));
-            QFile::setPermissions(QString::fromLocal8Bit(runtime),
-                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            QFile::setPermissions(QString::fromLocal8Bit(runtime), QFileDevice::ReadOwner |
+                                                                       QFileDevice::WriteOwner |
+                                                                       QFileDevice::ExeOwner);
             qputenv("XDG_RUNTIME_DIR", runtime);
         }
         // Fonts and painting without a display.
