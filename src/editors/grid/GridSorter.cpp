@@ -122,7 +122,11 @@ void GridSorter::sort(GridDocument* grid, int col, bool ascending)
                              : keys[std::size_t(b)] < keys[std::size_t(a)];
         });
     } else {
-        QCollator collator(QLocale::system());
+        // The C locale has no collation of its own (plain code points): take English rules.
+        const QLocale system = QLocale::system();
+        QCollator collator(system.language() == QLocale::C
+                               ? QLocale(QLocale::English, QLocale::UnitedStates)
+                               : system);
         collator.setCaseSensitivity(Qt::CaseInsensitive);
         collator.setNumericMode(true);
         std::vector<QCollatorSortKey> keys;

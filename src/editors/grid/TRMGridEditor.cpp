@@ -80,7 +80,13 @@ TRMGridEditor::TRMGridEditor(QWidget* parent) : app::EditorPanel(parent)
     connect(&m_document, &GridPageDocument::cellsChanged, this, [this] { refreshToolbar(); });
 }
 
-TRMGridEditor::~TRMGridEditor() = default;
+TRMGridEditor::~TRMGridEditor()
+{
+    // The view reads the document, which is a member: it goes first, before QWidget deletes
+    // the children after the members are gone.
+    delete m_view;
+    m_view = nullptr;
+}
 
 QPrinter* TRMGridEditor::printer()
 {
