@@ -29,8 +29,7 @@ QByteArray demoResource(const char* name)
     initDemoResources();
     QFile file(QStringLiteral(":/demo/") + QLatin1String(name));
     if (!file.open(QIODevice::ReadOnly)) {
-        throw CliError{kExitBadInput,
-                       QStringLiteral("the demo resource %1 is missing").arg(QLatin1String(name))};
+        throw CliError{kExitBadInput, QStringLiteral("the demo resource %1 is missing").arg(QLatin1String(name))};
     }
     return file.readAll();
 }
@@ -189,8 +188,7 @@ public:
                       const QByteArray& content, const QString& comment = {},
                       const QString& info = {})
     {
-        const qint32 id =
-            m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment);
+        const qint32 id = m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment);
         OutlineNodeData d;
         d.caption = title;
         d.imageIndex = type;
@@ -225,10 +223,10 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
     outline.setCaption(root, QStringLiteral("Remote work and team cohesion"));
 
     DemoBuilder demo(data);
-    OutlineNode* summary = demo.page(
-        root, PageType::Text, QStringLiteral("Summary of findings"), demoResource("summary.rtf"),
-        QStringLiteral("Draft for the steering group, version 2. Check the figures "
-                       "against the survey before sending."));
+    OutlineNode* summary =
+        demo.page(root, PageType::Text, QStringLiteral("Summary of findings"), demoResource("summary.rtf"),
+                  QStringLiteral("Draft for the steering group, version 2. Check the figures "
+                                 "against the survey before sending."));
     demo.mark(summary, common::clRed);
 
     OutlineNode* passages = demo.folder(root, QStringLiteral("Coded passages"));
@@ -260,9 +258,8 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               QStringLiteral("Keyword in context\tInterviews 2026\tKeyword in context: quiet\t5"));
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
-    OutlineNode* notes =
-        demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),
-                  demoResource("method.rtf"));
+    OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),
+                                   demoResource("method.rtf"));
     demo.mark(notes, common::clBlue);
 
     outline.setExpanded(root, true);

@@ -44,23 +44,21 @@ void registerExportPageCommand(CommandTable& table, const PageExporterTable& exp
         store::ProjectReader project(pos[0]);
         const std::optional<qint32> type = project.table().readType(pageId);
         if (!type) {
-            throw CliError{kExitBadInput,
-                           QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
+            throw CliError{kExitBadInput, QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
         const store::EditorKind kind = store::editorKindFor(*type);
         const QString extension = QFileInfo(pos[2]).suffix();
         const PageExporter* exporter = exporters.find(kind, extension);
         if (!exporter) {
             const QStringList known = exporters.extensionsFor(kind);
-            throw CliError{
-                kExitBadInput,
-                known.isEmpty()
-                    ? QStringLiteral("page %1 is a %2 page, which cannot be exported yet")
-                          .arg(pageId)
-                          .arg(store::pageKindName(*type))
-                    : QStringLiteral("page %1 is a %2 page; it can be written as %3")
-                          .arg(pageId)
-                          .arg(store::pageKindName(*type), known.join(QLatin1Char(' ')))};
+            throw CliError{kExitBadInput,
+                           known.isEmpty()
+                               ? QStringLiteral("page %1 is a %2 page, which cannot be exported yet")
+                                     .arg(pageId)
+                                     .arg(store::pageKindName(*type))
+                               : QStringLiteral("page %1 is a %2 page; it can be written as %3")
+                                     .arg(pageId)
+                                     .arg(store::pageKindName(*type), known.join(QLatin1Char(' ')))};
         }
         const QByteArray content = project.table().readContent(pageId).value_or(QByteArray());
         const QString info = project.table().readInfo(pageId).value_or(QString());

@@ -17,8 +17,7 @@ struct PageExporter
     store::EditorKind kind;
     QStringList extensions; // lower case, without the dot
     // Writes the page; throws CliError when it cannot.
-    std::function<void(const QByteArray& content, const QString& pageInfo, const QString& outFile)>
-        write;
+    std::function<void(const QByteArray& content, const QString& pageInfo, const QString& outFile)> write;
 };
 
 class PageExporterTable

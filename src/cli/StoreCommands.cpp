@@ -40,9 +40,8 @@ QString colourColumns(const OutlineNode* node)
     if (node->fields().usesTreeColours) {
         return QStringLiteral("\tdefault\tdefault");
     }
-    return QStringLiteral("\t%1\t%2")
-        .arg(common::colourToString(node->fields().textColor),
-             common::colourToString(node->fields().backColor));
+    return QStringLiteral("\t%1\t%2").arg(common::colourToString(node->fields().textColor),
+                                           common::colourToString(node->fields().backColor));
 }
 
 int runNew(ArgList& args, CliIo& io)
@@ -129,18 +128,15 @@ int runCat(ArgList& args, CliIo& io)
     store::ProjectReader project(pos[0]);
     QByteArray bytes;
     if (comment || info) {
-        const auto text =
-            comment ? project.table().readComment(pageId) : project.table().readInfo(pageId);
+        const auto text = comment ? project.table().readComment(pageId) : project.table().readInfo(pageId);
         if (!text) {
-            throw CliError{kExitBadInput,
-                           QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
+            throw CliError{kExitBadInput, QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
         bytes = text->toUtf8();
     } else {
         const auto content = project.table().readContent(pageId);
         if (!content) {
-            throw CliError{kExitBadInput,
-                           QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
+            throw CliError{kExitBadInput, QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
         bytes = *content;
     }
@@ -166,9 +162,8 @@ int runPut(ArgList& args, CliIo& io)
     if (contentFile) {
         QFile file(*contentFile);
         if (!file.open(QIODevice::ReadOnly)) {
-            throw CliError{
-                kExitBadInput,
-                QStringLiteral("Cannot read \"%1\": %2").arg(*contentFile, file.errorString())};
+            throw CliError{kExitBadInput,
+                           QStringLiteral("Cannot read \"%1\": %2").arg(*contentFile, file.errorString())};
         }
         content = file.readAll();
     }
@@ -176,12 +171,11 @@ int runPut(ArgList& args, CliIo& io)
     if (handOff) {
         handOffPath = store::HandOffFile::nameFor(pos[0], true);
         if (handOffPath.isEmpty()) {
-            throw CliError{
-                kExitBadInput,
-                QStringLiteral("\"%1\" is neither a session project (\".session\" in its "
-                               "name) nor a kept-items project (\".sup\"): no hand-off "
-                               "file belongs to it")
-                    .arg(pos[0])};
+            throw CliError{kExitBadInput,
+                           QStringLiteral("\"%1\" is neither a session project (\".session\" in its "
+                                          "name) nor a kept-items project (\".sup\"): no hand-off "
+                                          "file belongs to it")
+                               .arg(pos[0])};
         }
     }
     // What a host program does: a record in the table, no outline node.
@@ -194,9 +188,8 @@ int runPut(ArgList& args, CliIo& io)
     if (handOff) {
         QFile file(handOffPath);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            throw CliError{
-                kExitBadInput,
-                QStringLiteral("Cannot write \"%1\": %2").arg(handOffPath, file.errorString())};
+            throw CliError{kExitBadInput,
+                           QStringLiteral("Cannot write \"%1\": %2").arg(handOffPath, file.errorString())};
         }
         if (folder) {
             file.write(folder->toUtf8() + "\r\n");
