@@ -106,7 +106,7 @@ QByteArray codeFrequencies()
             {"Workload and calendars", "3", "4", "4", "2", "13", "9"},
             {"Total", "22", "33", "19", "17", "91", "24"},
         },
-        {170, 70, 70, 80, 60, 70, 75});
+        {170, 70, 70, 95, 60, 70, 80});
     g.setFixedColumns(1);
     alignNumbers(g, 1);
     boldRow(g, g.rowCount() - 1);
@@ -154,7 +154,7 @@ QByteArray keywordInContext()
             {"Interview 22, par. 40", "We agreed on a", "quiet",
              "hour with no messages after four."},
         },
-        {140, 300, 60, 260});
+        {140, 340, 60, 260});
     for (int r = 1; r < g.rowCount(); ++r) {
         GridCellFormat left = g.format(1, r);
         left.alignment = CellAlignment::Right;

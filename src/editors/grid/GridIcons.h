@@ -11,7 +11,21 @@ namespace kestrum::grid {
 class GridIcons
 {
 public:
+    enum class Shape
+    {
+        Save,
+        Print,
+        Preview,
+        Find,
+        Replace,
+        Copy,
+        Paste
+    };
+
     static QIcon themed(const QString& themeName, const QString& glyph);
+    static QIcon themed(const QString& themeName, Shape shape);
+    // Simple line drawings for the commands that have no letter.
+    static QIcon drawn(Shape shape);
     // A letter in the given style ("B" bold, "I" italic, "U" underlined).
     static QIcon letter(const QString& text, bool bold, bool italic, bool underline);
     // Lines aligned left (0), right (1) or centred (2).

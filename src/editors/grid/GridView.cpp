@@ -1,10 +1,14 @@
 #include "GridView.h"
 
+#include "editors/grid/GridCellDelegate.h"
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/GridTableModel.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionHeader>
 
 #include <map>
 
@@ -15,6 +19,7 @@ GridView::GridView(GridPageDocument* document, QWidget* parent)
 {
     setObjectName(QStringLiteral("GridView"));
     setModel(m_model);
+    setItemDelegate(new GridCellDelegate(this));
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setSelectionBehavior(QAbstractItemView::SelectItems);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
@@ -44,6 +49,9 @@ GridView::GridView(GridPageDocument* document, QWidget* parent)
             [this] { m_restoreCell = currentCell(); });
     connect(document, &GridPageDocument::gridReset, this, [this] {
         applyLayout();
+        if (m_corner) {
+            m_corner->update();
+        }
         if (m_restoreCell &&
             m_document->grid().isValidCell(m_restoreCell->col, m_restoreCell->row)) {
             setCurrentCell(*m_restoreCell);
@@ -70,7 +78,55 @@ GridView::GridView(GridPageDocument* document, QWidget* parent)
             applyLayout();
         }
     });
+    // The corner where the fixed rows and columns meet shows its cell, as a header does.
+    m_corner = findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    if (m_corner) {
+        m_corner->installEventFilter(this);
+    }
     applyLayout();
+}
+
+QString GridView::cornerText() const
+{
+    const GridDocument& g = m_document->grid();
+    QStringList lines;
+    for (int r = 0; r < g.fixedRows(); ++r) {
+        QStringList parts;
+        for (int c = 0; c < g.fixedColumns(); ++c) {
+            parts << g.text(c, r);
+        }
+        lines << parts.join(QLatin1String("  "));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+bool GridView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_corner && event->type() == QEvent::Paint) {
+        QPainter painter(m_corner);
+        QStyleOptionHeader option;
+        option.initFrom(m_corner);
+        option.state |= QStyle::State_Enabled; // it does not select all, but reads as a header
+        option.rect = m_corner->rect();
+        option.position = QStyleOptionHeader::OnlyOneSection;
+        option.textAlignment = Qt::AlignLeft | Qt::AlignVCenter;
+        option.text = cornerText();
+        const GridDocument& g = m_document->grid();
+        if (g.fixedRows() > 0 && g.fixedColumns() > 0) {
+            const GridCellFormat& f = g.format(g.fixedColumns() - 1, g.fixedRows() - 1);
+            if (g.formatId(g.fixedColumns() - 1, g.fixedRows() - 1) != 0) {
+                painter.setFont(f.font());
+            }
+            const QColor back = common::toQColor(f.background);
+            if (back.isValid()) {
+                option.palette.setColor(QPalette::Button, back);
+                option.palette.setColor(QPalette::Window, back);
+            }
+        }
+        style()->drawControl(QStyle::CE_Header, &option, &painter, m_corner);
+        return true;
+    }
+    return QTableView::eventFilter(watched, event);
 }
 
 void GridView::setColumnSizingAndMoving(bool on)

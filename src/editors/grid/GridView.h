@@ -4,6 +4,8 @@
 
 #include <QTableView>
 
+class QAbstractButton;
+
 namespace kestrum::grid {
 
 class GridPageDocument;
@@ -29,6 +31,9 @@ public:
     void setCurrentCell(GridCell cell);
     void selectRect(const GridRect& rect);
 
+    // The text of the corner where fixed rows and fixed columns meet.
+    QString cornerText() const;
+
     // Column sizing and moving on the header (on by default).
     void setColumnSizingAndMoving(bool on);
 
@@ -39,6 +44,7 @@ signals:
     void cellDoubleClicked(kestrum::grid::GridCell cell);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
@@ -51,6 +57,7 @@ private:
 
     GridPageDocument* m_document;
     GridTableModel* m_model;
+    QAbstractButton* m_corner = nullptr;
     bool m_applying = false;
     std::optional<GridCell> m_restoreCell;
 };

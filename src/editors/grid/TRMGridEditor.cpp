@@ -124,7 +124,7 @@ void TRMGridEditor::buildActions()
     a->setToolTip(QStringLiteral("Cut"));
     connectTo(a, &TRMGridEditor::GridCutBtnClick);
     a = makeAction(QStringLiteral("GridCopyBtn"), QStringLiteral("Copy"),
-                   GridIcons::themed(QStringLiteral("edit-copy"), QStringLiteral("⎘")));
+                   GridIcons::themed(QStringLiteral("edit-copy"), GridIcons::Shape::Copy));
     a->setShortcut(QKeySequence::Copy);
     connectTo(a, &TRMGridEditor::GridCopyBtnClick);
     connectTo(makeAction(QStringLiteral("CopySelection"), QStringLiteral("Selection")),
@@ -135,7 +135,7 @@ void TRMGridEditor::buildActions()
     connectTo(makeAction(QStringLiteral("CopyTable"), QStringLiteral("Table")),
               &TRMGridEditor::CopyTableClick);
     a = makeAction(QStringLiteral("GridPasteBtn"), QStringLiteral("Paste"),
-                   GridIcons::themed(QStringLiteral("edit-paste"), QStringLiteral("📋")));
+                   GridIcons::themed(QStringLiteral("edit-paste"), GridIcons::Shape::Paste));
     a->setShortcut(QKeySequence::Paste);
     connectTo(a, &TRMGridEditor::GridPasteBtnClick);
     a = makeAction(QStringLiteral("GridClearBtn"), QStringLiteral("Clear"),
@@ -183,23 +183,23 @@ void TRMGridEditor::buildActions()
     connectTo(a, &TRMGridEditor::Fixedcolumn1Click);
     connectTo(
         makeAction(QStringLiteral("GridSaveBtn"), QStringLiteral("Export..."),
-                   GridIcons::themed(QStringLiteral("document-save-as"), QStringLiteral("⇪"))),
+                   GridIcons::themed(QStringLiteral("document-save-as"), GridIcons::Shape::Save)),
         &TRMGridEditor::GridSaveBtnClick);
     makeAction(QStringLiteral("PrintSetup1"), QStringLiteral("Print setup...")); // does nothing
     a = makeAction(QStringLiteral("GridPrintBtn"), QStringLiteral("Print..."),
-                   GridIcons::themed(QStringLiteral("document-print"), QStringLiteral("⎙")));
+                   GridIcons::themed(QStringLiteral("document-print"), GridIcons::Shape::Print));
     connectTo(a, &TRMGridEditor::GridPrintBtnClick);
     connectTo(makeAction(QStringLiteral("PrintPreview1"), QStringLiteral("Print preview..."),
                          GridIcons::themed(QStringLiteral("document-print-preview"),
-                                           QStringLiteral("👁"))),
+                                           GridIcons::Shape::Preview)),
               &TRMGridEditor::PrintPreviewClick);
     connectTo(makeAction(QStringLiteral("GridFindBtn"), QStringLiteral("Find..."),
-                         GridIcons::themed(QStringLiteral("edit-find"), QStringLiteral("🔍"))),
+                         GridIcons::themed(QStringLiteral("edit-find"), GridIcons::Shape::Find)),
               &TRMGridEditor::GridFindBtnClick);
-    connectTo(
-        makeAction(QStringLiteral("GridReplaceBtn"), QStringLiteral("Replace..."),
-                   GridIcons::themed(QStringLiteral("edit-find-replace"), QStringLiteral("⇄"))),
-        &TRMGridEditor::GridReplaceBtnClick);
+    connectTo(makeAction(QStringLiteral("GridReplaceBtn"), QStringLiteral("Replace..."),
+                         GridIcons::themed(QStringLiteral("edit-find-replace"),
+                                           GridIcons::Shape::Replace)),
+              &TRMGridEditor::GridReplaceBtnClick);
     a = makeAction(QStringLiteral("GridBoldBtn"), QStringLiteral("Bold"),
                    GridIcons::letter(QStringLiteral("B"), true, false, false));
     a->setCheckable(true);
