@@ -5,6 +5,7 @@
 #include "editors/grid/DelimitedTextReader.h"
 #include "editors/grid/DelimitedTextWriter.h"
 #include "editors/grid/GridExporter.h"
+#include "editors/grid/GridRowSizer.h"
 #include "editors/grid/GridStream.h"
 #include "editors/grid/GridView.h"
 #include "editors/grid/TRMGridEditor.h"
@@ -103,6 +104,16 @@ void BM_Export(benchmark::State& state)
     state.counters["bytes"] = double(size);
 }
 BENCHMARK(BM_Export)->DenseRange(1, 8)->Unit(benchmark::kMillisecond);
+
+// Multi-line mode: every row fitted to its wrapped texts.
+void BM_MultilineHeights(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const std::vector<int> heights = GridRowSizer::multilineHeights(table(), true);
+        benchmark::DoNotOptimize(heights.data());
+    }
+}
+BENCHMARK(BM_MultilineHeights)->Unit(benchmark::kMillisecond);
 
 // Showing a page: the store hands the stream to the editor's document; the view follows.
 void BM_ShowPage(benchmark::State& state)
