@@ -3,6 +3,8 @@
 #include "cli/CommandTable.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
+#include "editors/grid/GridDocument.h"
+#include "editors/grid/GridStream.h"
 #include "store/PageType.h"
 #include "store/TRMData.h"
 
@@ -30,6 +32,140 @@ QByteArray demoResource(const char* name)
         throw CliError{kExitBadInput, QStringLiteral("the demo resource %1 is missing").arg(QLatin1String(name))};
     }
     return file.readAll();
+}
+
+// ---- demo tables, as the host hands them over ----------------------------------------------
+
+namespace CellAlignment = grid::CellAlignment;
+using grid::GridCellFormat;
+using grid::GridDocument;
+
+GridCellFormat headerFormat()
+{
+    GridCellFormat f;
+    f.fontStyle = grid::FontStyle::Bold;
+    f.background = common::rgbColour(0xDD, 0xE6, 0xF0);
+    f.alignment = CellAlignment::Centre;
+    return f;
+}
+
+GridDocument tableFrom(const QList<QStringList>& rows, const QList<int>& widths)
+{
+    GridDocument g;
+    g.setSize(int(rows.front().size()), int(rows.size()));
+    for (int r = 0; r < g.rowCount(); ++r) {
+        g.setRowHeight(r, r == 0 ? GridDocument::kDefaultFixedRowHeight
+                                 : GridDocument::kDefaultRowHeight);
+        for (int c = 0; c < g.columnCount() && c < rows[r].size(); ++c) {
+            g.setText(c, r, rows[r][c]);
+        }
+    }
+    for (int c = 0; c < g.columnCount() && c < widths.size(); ++c) {
+        g.setColumnWidth(c, widths[c]);
+    }
+    for (int c = 0; c < g.columnCount(); ++c) {
+        g.setFormat(c, 0, headerFormat());
+    }
+    return g;
+}
+
+void alignNumbers(GridDocument& g, int firstCol)
+{
+    for (int r = g.fixedRows(); r < g.rowCount(); ++r) {
+        for (int c = firstCol; c < g.columnCount(); ++c) {
+            GridCellFormat f = g.format(c, r);
+            f.alignment = CellAlignment::Right;
+            g.setFormat(c, r, f);
+        }
+    }
+}
+
+void boldRow(GridDocument& g, int row)
+{
+    for (int c = 0; c < g.columnCount(); ++c) {
+        GridCellFormat f = g.format(c, row);
+        f.fontStyle |= grid::FontStyle::Bold;
+        f.background = common::rgbColour(0xF2, 0xF2, 0xF2);
+        g.setFormat(c, row, f);
+    }
+}
+
+// Coded passages per code and organisation (six interviews in each).
+QByteArray codeFrequencies()
+{
+    GridDocument g = tableFrom(
+        {
+            {"Code", "Logistics", "Software", "Public admin.", "Retail", "Passages", "Documents"},
+            {"Communication rhythms", "4", "5", "2", "3", "14", "9"},
+            {"Isolation and belonging", "2", "4", "1", "4", "11", "8"},
+            {"Informal contact", "3", "4", "3", "2", "12", "10"},
+            {"Autonomy", "2", "6", "1", "1", "10", "7"},
+            {"Written communication", "1", "5", "3", "0", "9", "6"},
+            {"Rituals and routines", "5", "3", "2", "4", "14", "11"},
+            {"Trust", "2", "2", "3", "1", "8", "6"},
+            {"Workload and calendars", "3", "4", "4", "2", "13", "9"},
+            {"Total", "22", "33", "19", "17", "91", "24"},
+        },
+        {170, 70, 70, 95, 60, 70, 80});
+    g.setFixedColumns(1);
+    alignNumbers(g, 1);
+    boldRow(g, g.rowCount() - 1);
+    return grid::GridStream::write(g);
+}
+
+// Sense of belonging by whether the team kept a fixed weekly rhythm, with row percentages.
+QByteArray belongingCrosstab()
+{
+    GridDocument g = tableFrom(
+        {
+            {"Fixed weekly rhythm", "Strong", "%", "Mixed", "%", "Weak", "%", "Total"},
+            {"Yes", "12", "70.6%", "4", "23.5%", "1", "5.9%", "17"},
+            {"No", "1", "14.3%", "2", "28.6%", "4", "57.1%", "7"},
+            {"Total", "13", "54.2%", "6", "25.0%", "5", "20.8%", "24"},
+        },
+        {130, 55, 60, 55, 60, 55, 60, 50});
+    g.setFixedColumns(1);
+    alignNumbers(g, 1);
+    for (int r = 1; r < g.rowCount(); ++r) {
+        for (const int c : {2, 4, 6}) {
+            GridCellFormat f = g.format(c, r);
+            f.fontColour = common::rgbColour(0x1F, 0x49, 0x7D);
+            f.fontStyle |= grid::FontStyle::Italic;
+            g.setFormat(c, r, f);
+        }
+    }
+    boldRow(g, g.rowCount() - 1);
+    return grid::GridStream::write(g);
+}
+
+// Every passage with "quiet": left context, keyword, right context.
+QByteArray keywordInContext()
+{
+    GridDocument g = tableFrom(
+        {
+            {"Document", "Left context", "Keyword", "Right context"},
+            {"Interview 07, par. 31", "I miss the end of the day, when the office went", "quiet",
+             "and you knew it was done."},
+            {"Interview 14, par. 17", "In the office someone would have asked. Here you just go",
+             "quiet", "and nothing happens."},
+            {"Interview 02, par. 15", "On video the", "quiet", "ones disappear completely."},
+            {"Interview 09, par. 6", "Some weeks are so", "quiet",
+             "that I wonder if the team still exists."},
+            {"Interview 22, par. 40", "We agreed on a", "quiet",
+             "hour with no messages after four."},
+        },
+        {140, 340, 60, 260});
+    for (int r = 1; r < g.rowCount(); ++r) {
+        GridCellFormat left = g.format(1, r);
+        left.alignment = CellAlignment::Right;
+        g.setFormat(1, r, left);
+        GridCellFormat key = g.format(2, r);
+        key.alignment = CellAlignment::Centre;
+        key.fontStyle = grid::FontStyle::Bold;
+        key.fontColour = common::rgbColour(0xC0, 0x00, 0x00);
+        g.setFormat(2, r, key);
+    }
+    return grid::GridStream::write(g);
 }
 
 class DemoBuilder
@@ -103,6 +239,23 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
                   QStringLiteral("Strongest theme among newcomers; compare with tenure."),
                   QStringLiteral("Coded segments\tInterviews 2026\tIsolation and belonging\t11"));
     demo.mark(isolation, common::clGreen);
+
+    OutlineNode* tables = demo.folder(root, QStringLiteral("Tables"));
+    demo.page(
+        tables, PageType::Grid, QStringLiteral("Code frequencies by organisation"),
+        codeFrequencies(),
+        QStringLiteral(
+            "Passages coded per organisation; Documents counts interviews with at least one "
+            "passage."),
+        QStringLiteral("Code frequencies\tInterviews 2026\tCode frequencies by organisation\t8"));
+    OutlineNode* crosstab = demo.page(
+        tables, PageType::Grid, QStringLiteral("Belonging by weekly rhythm"), belongingCrosstab(),
+        QStringLiteral("Row percentages. Small numbers: read as a pattern, not as a rate."),
+        QStringLiteral("Crosstab\tInterviews 2026\tBelonging by weekly rhythm\t24"));
+    demo.mark(crosstab, common::clGreen);
+    demo.page(tables, PageType::Grid, QStringLiteral("Keyword in context: quiet"),
+              keywordInContext(), {},
+              QStringLiteral("Keyword in context\tInterviews 2026\tKeyword in context: quiet\t5"));
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),

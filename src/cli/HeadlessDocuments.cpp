@@ -1,5 +1,6 @@
 #include "HeadlessDocuments.h"
 
+#include "editors/grid/GridPageDocument.h"
 #include "store/RawPageDocument.h"
 #include "store/TRMData.h"
 
@@ -10,7 +11,11 @@ using store::EditorKind;
 HeadlessDocuments::HeadlessDocuments(QObject* parent) : QObject(parent)
 {
     for (int k = 1; k < store::kEditorKindCount; ++k) {
-        m_documents[std::size_t(k)] = new store::RawPageDocument(EditorKind(k), this);
+        if (EditorKind(k) == EditorKind::Grid) {
+            m_documents[std::size_t(k)] = new grid::GridPageDocument(this);
+        } else {
+            m_documents[std::size_t(k)] = new store::RawPageDocument(EditorKind(k), this);
+        }
     }
 }
 

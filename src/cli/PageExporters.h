@@ -33,5 +33,7 @@ private:
 
 // Each page kind registers the formats it can be exported to.
 void registerExportPageCommand(class CommandTable& table, const PageExporterTable& exporters);
+// Grid pages: .txt .tab .csv .xls .doc .htm .html .xml .wgf.
+void registerGridPageExporters(PageExporterTable& exporters);
 
 } // namespace kestrum::cli

@@ -36,6 +36,7 @@ int main(int argc, char** argv)
     registerDemoCommand(table);
     registerOutlineCommand(table);
     PageExporterTable exporters;
+    registerGridPageExporters(exporters);
     registerExportPageCommand(table, exporters);
 
     QTextStream out(stdout);

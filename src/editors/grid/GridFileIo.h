@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace kestrum::grid {
+
+// Whole-file reading and writing for the grid's imports and exports, with the messages users
+// see. Writing goes through a temporary file, so a failed export leaves no half-written file.
+bool readWholeFile(const QString& path, qint64 maxBytes, QByteArray* data, QString* error);
+bool writeWholeFile(const QString& path, const QByteArray& data, QString* error);
+
+} // namespace kestrum::grid

@@ -1,0 +1,37 @@
+// libFuzzer target for the readers of grid content from outside: the grid stream (page
+// content), the .WGF file and delimited-text import. Built by build-grid-fuzz.sh with clang;
+// not part of the main build.
+
+#include "editors/grid/DelimitedTextReader.h"
+#include "editors/grid/GridDocument.h"
+#include "editors/grid/GridStream.h"
+#include "editors/grid/WgfFile.h"
+
+#include <QByteArray>
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data), qsizetype(size));
+    kestrum::grid::GridDocument grid;
+    QString error;
+    if (kestrum::grid::GridStream::read(bytes, &grid, &error)) {
+        // What was read writes back to the same bytes' meaning.
+        kestrum::grid::GridDocument again;
+        if (!kestrum::grid::GridStream::read(kestrum::grid::GridStream::write(grid), &again,
+                                             &error) ||
+            !again.sameContent(grid)) {
+            __builtin_trap();
+        }
+    } else if (error.isEmpty()) {
+        __builtin_trap(); // a refusal always says why
+    }
+    kestrum::grid::WgfFile::decode(bytes, &grid, &error);
+    if (size > 0 && data[0] == ',') {
+        kestrum::grid::DelimitedTextReader::load(bytes.mid(1), QLatin1Char(','), &grid, &error);
+    }
+    return 0;
+}
