@@ -104,6 +104,10 @@ TKestrumM::~TKestrumM()
         } catch (const store::StoreError&) {
         }
     }
+    // The editor area unregisters the editors' documents from the store: it goes while the
+    // store is still here (child objects would otherwise outlive the members).
+    delete m_editors;
+    m_editors = nullptr;
 }
 
 // ---- construction ------------------------------------------------------------------------------
