@@ -355,6 +355,14 @@ void RtfDocumentBuilder::buildTable()
     }
     format.setColumnWidthConstraints(widths);
 
+    // Qt keeps the paragraph the table is inserted in before the table: an empty paragraph
+    // opened by the last \par joins the one before it, so that no empty line appears.
+    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1) {
+        const QTextBlock previous = m_cursor.block().previous();
+        if (previous.isValid() && !QTextCursor(previous).currentTable()) {
+            m_cursor.deletePreviousChar();
+        }
+    }
     QTextTable* table = m_cursor.insertTable(int(m_rows.size()), columns, format);
 
     // Merges: vertical runs first collected, then applied with their horizontal span.

@@ -663,9 +663,12 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
     }
     if (list) {
         // The marker as text, for readers without list tables.
-        QString marker = list->itemText(block);
-        if (marker.isEmpty()) {
-            marker = QChar(0x2022);
+        QString marker;
+        switch (list->format().style()) {
+        case QTextListFormat::ListDisc: marker = QChar(0x2022); break;
+        case QTextListFormat::ListCircle: marker = QStringLiteral("o"); break;
+        case QTextListFormat::ListSquare: marker = QChar(0x25AA); break;
+        default: marker = list->itemText(block); break;
         }
         raw("{\\listtext\\pard\\plain");
         m_delimit = true;
@@ -761,7 +764,7 @@ void RtfWriter::writePicture(const QTextCharFormat& format)
     }
     raw("{\\pict");
     m_out.append(description);
-    m_delimit = true;
+    m_delimit = !description.isEmpty();
     if (width > 0 && height > 0) {
         word("picwgoal", std::clamp(twips(width), 1, 31680 * 4));
         word("pichgoal", std::clamp(twips(height), 1, 31680 * 4));

@@ -69,7 +69,12 @@ private:
     void word(const char* controlWord);
     void word(const char* controlWord, int parameter);
     void text(QStringView text);
-    void raw(const char* bytes) { m_out.append(bytes); }
+    // Bytes as they are; a control word at their end needs m_delimit set by the caller.
+    void raw(const char* bytes)
+    {
+        m_out.append(bytes);
+        m_delimit = false;
+    }
     int colourNumber(const QColor& colour);
     int fontIndex(const QString& family);
     QString defaultFamily() const;

@@ -67,9 +67,12 @@ QString plainBlockText(const QTextBlock& block)
     text.remove(QChar::ObjectReplacementCharacter);
     text.replace(QChar::LineSeparator, QLatin1Char('\n'));
     if (const QTextList* list = block.textList()) {
-        QString marker = list->itemText(block);
-        if (marker.isEmpty()) {
-            marker = QChar(0x2022);
+        QString marker;
+        switch (list->format().style()) {
+        case QTextListFormat::ListDisc:
+        case QTextListFormat::ListSquare: marker = QChar(0x2022); break;
+        case QTextListFormat::ListCircle: marker = QChar(0x25E6); break;
+        default: marker = list->itemText(block); break;
         }
         text.prepend(marker + QLatin1Char(' '));
     }
