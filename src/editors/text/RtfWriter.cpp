@@ -665,10 +665,18 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
         // The marker as text, for readers without list tables.
         QString marker;
         switch (list->format().style()) {
-        case QTextListFormat::ListDisc: marker = QChar(0x2022); break;
-        case QTextListFormat::ListCircle: marker = QStringLiteral("o"); break;
-        case QTextListFormat::ListSquare: marker = QChar(0x25AA); break;
-        default: marker = list->itemText(block); break;
+        case QTextListFormat::ListDisc:
+            marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListCircle:
+            marker = QStringLiteral("o");
+            break;
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x25AA);
+            break;
+        default:
+            marker = list->itemText(block);
+            break;
         }
         raw("{\\listtext\\pard\\plain");
         m_delimit = true;

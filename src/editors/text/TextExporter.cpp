@@ -70,9 +70,15 @@ QString plainBlockText(const QTextBlock& block)
         QString marker;
         switch (list->format().style()) {
         case QTextListFormat::ListDisc:
-        case QTextListFormat::ListSquare: marker = QChar(0x2022); break;
-        case QTextListFormat::ListCircle: marker = QChar(0x25E6); break;
-        default: marker = list->itemText(block); break;
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListCircle:
+            marker = QChar(0x25E6);
+            break;
+        default:
+            marker = list->itemText(block);
+            break;
         }
         text.prepend(marker + QLatin1Char(' '));
     }

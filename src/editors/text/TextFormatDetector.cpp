@@ -14,19 +14,20 @@ constexpr qsizetype kSniffBytes = 4096;
 
 std::optional<QStringConverter::Encoding> bomEncoding(QByteArrayView data)
 {
-    if (data.startsWith("\xEF\xBB\xBF")) {
-        return QStringConverter::Utf8;
-    }
-    if (data.startsWith("\xFF\xFE\x00\x00")) {
+    // Longest first: a UTF-32 mark starts like a UTF-16 one.
+    if (data.startsWith(QByteArrayView("\xFF\xFE\x00\x00", 4))) {
         return QStringConverter::Utf32LE;
     }
-    if (data.startsWith("\x00\x00\xFE\xFF")) {
+    if (data.startsWith(QByteArrayView("\x00\x00\xFE\xFF", 4))) {
         return QStringConverter::Utf32BE;
     }
-    if (data.startsWith("\xFF\xFE")) {
+    if (data.startsWith(QByteArrayView("\xEF\xBB\xBF", 3))) {
+        return QStringConverter::Utf8;
+    }
+    if (data.startsWith(QByteArrayView("\xFF\xFE", 2))) {
         return QStringConverter::Utf16LE;
     }
-    if (data.startsWith("\xFE\xFF")) {
+    if (data.startsWith(QByteArrayView("\xFE\xFF", 2))) {
         return QStringConverter::Utf16BE;
     }
     return std::nullopt;

@@ -44,7 +44,8 @@ QTextDocument* TextPageDocument::textDocument()
         QFont font(QStringLiteral("Arial"));
         font.setPointSizeF(11);
         m_document->setDefaultFont(font);
-        connect(m_document, &QTextDocument::contentsChange, this, [this](int, int, int) {
+        // contentsChanged, unlike contentsChange, comes without a layout too (headless).
+        connect(m_document, &QTextDocument::contentsChanged, this, [this] {
             if (m_loading == 0) {
                 emit contentChanged();
             }

@@ -1,10 +1,10 @@
 // Round trips through RTF: what the writer puts down, the reader gives back.
 
+#include "editors/text/RtfWriter.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/RtfReader.h"
-#include "editors/text/RtfWriter.h"
 #include "editors/text/TextProperties.h"
 
 #include <QBuffer>
@@ -71,7 +71,8 @@ QStringList blockTexts(const QTextDocument& document)
 
 QByteArray fixture(const char* name)
 {
-    QFile file(qEnvironmentVariable("KESTRUM_TEST_DATA") + QStringLiteral("/rtf/") + QLatin1String(name));
+    QFile file(qEnvironmentVariable("KESTRUM_TEST_DATA") + QStringLiteral("/rtf/") +
+               QLatin1String(name));
     file.open(QIODevice::ReadOnly);
     return file.readAll();
 }
@@ -107,19 +108,30 @@ void RtfWriterTest::characterFormats_data()
     QTest::addColumn<QVariant>("value");
     QTest::newRow("bold") << int(QTextFormat::FontWeight) << QVariant(int(QFont::Bold));
     QTest::newRow("italic") << int(QTextFormat::FontItalic) << QVariant(true);
-    QTest::newRow("underline") << int(QTextFormat::TextUnderlineStyle) << QVariant(int(QTextCharFormat::SingleUnderline));
-    QTest::newRow("wave underline") << int(QTextFormat::TextUnderlineStyle) << QVariant(int(QTextCharFormat::WaveUnderline));
-    QTest::newRow("dash underline") << int(QTextFormat::TextUnderlineStyle) << QVariant(int(QTextCharFormat::DashUnderline));
+    QTest::newRow("underline") << int(QTextFormat::TextUnderlineStyle)
+                               << QVariant(int(QTextCharFormat::SingleUnderline));
+    QTest::newRow("wave underline")
+        << int(QTextFormat::TextUnderlineStyle) << QVariant(int(QTextCharFormat::WaveUnderline));
+    QTest::newRow("dash underline")
+        << int(QTextFormat::TextUnderlineStyle) << QVariant(int(QTextCharFormat::DashUnderline));
     QTest::newRow("strike") << int(QTextFormat::FontStrikeOut) << QVariant(true);
-    QTest::newRow("superscript") << int(QTextFormat::TextVerticalAlignment) << QVariant(int(QTextCharFormat::AlignSuperScript));
-    QTest::newRow("subscript") << int(QTextFormat::TextVerticalAlignment) << QVariant(int(QTextCharFormat::AlignSubScript));
+    QTest::newRow("superscript") << int(QTextFormat::TextVerticalAlignment)
+                                 << QVariant(int(QTextCharFormat::AlignSuperScript));
+    QTest::newRow("subscript") << int(QTextFormat::TextVerticalAlignment)
+                               << QVariant(int(QTextCharFormat::AlignSubScript));
     QTest::newRow("size") << int(QTextFormat::FontPointSize) << QVariant(17.5);
-    QTest::newRow("family") << int(QTextFormat::FontFamilies) << QVariant(QStringList{QStringLiteral("Liberation Serif")});
-    QTest::newRow("non-ASCII family") << int(QTextFormat::FontFamilies) << QVariant(QStringList{QStringLiteral("Gill Sans {Ω}")});
-    QTest::newRow("colour") << int(QTextFormat::ForegroundBrush) << QVariant(QBrush(QColor(12, 34, 56)));
-    QTest::newRow("background") << int(QTextFormat::BackgroundBrush) << QVariant(QBrush(QColor(250, 240, 10)));
-    QTest::newRow("all capitals") << int(QTextFormat::FontCapitalization) << QVariant(int(QFont::AllUppercase));
-    QTest::newRow("small capitals") << int(QTextFormat::FontCapitalization) << QVariant(int(QFont::SmallCaps));
+    QTest::newRow("family") << int(QTextFormat::FontFamilies)
+                            << QVariant(QStringList{QStringLiteral("Liberation Serif")});
+    QTest::newRow("non-ASCII family")
+        << int(QTextFormat::FontFamilies) << QVariant(QStringList{QStringLiteral("Gill Sans {Ω}")});
+    QTest::newRow("colour") << int(QTextFormat::ForegroundBrush)
+                            << QVariant(QBrush(QColor(12, 34, 56)));
+    QTest::newRow("background") << int(QTextFormat::BackgroundBrush)
+                                << QVariant(QBrush(QColor(250, 240, 10)));
+    QTest::newRow("all capitals") << int(QTextFormat::FontCapitalization)
+                                  << QVariant(int(QFont::AllUppercase));
+    QTest::newRow("small capitals")
+        << int(QTextFormat::FontCapitalization) << QVariant(int(QFont::SmallCaps));
     QTest::newRow("letter spacing") << int(QTextFormat::FontLetterSpacing) << QVariant(2.0);
 }
 
@@ -150,21 +162,27 @@ void RtfWriterTest::paragraphFormats_data()
     QTest::addColumn<QVariant>("value");
     QTest::newRow("centred") << int(QTextFormat::BlockAlignment) << QVariant(int(Qt::AlignHCenter));
     QTest::newRow("right") << int(QTextFormat::BlockAlignment) << QVariant(int(Qt::AlignRight));
-    QTest::newRow("justified") << int(QTextFormat::BlockAlignment) << QVariant(int(Qt::AlignJustify));
+    QTest::newRow("justified") << int(QTextFormat::BlockAlignment)
+                               << QVariant(int(Qt::AlignJustify));
     QTest::newRow("left margin") << int(QTextFormat::BlockLeftMargin) << QVariant(36.0);
     QTest::newRow("right margin") << int(QTextFormat::BlockRightMargin) << QVariant(20.0);
     QTest::newRow("first line") << int(QTextFormat::TextIndent) << QVariant(-12.0);
     QTest::newRow("space before") << int(QTextFormat::BlockTopMargin) << QVariant(10.0);
     QTest::newRow("space after") << int(QTextFormat::BlockBottomMargin) << QVariant(14.0);
     QTest::newRow("heading") << int(QTextFormat::HeadingLevel) << QVariant(3);
-    QTest::newRow("page break") << int(QTextFormat::PageBreakPolicy) << QVariant(int(QTextFormat::PageBreak_AlwaysBefore));
+    QTest::newRow("page break") << int(QTextFormat::PageBreakPolicy)
+                                << QVariant(int(QTextFormat::PageBreak_AlwaysBefore));
     QTest::newRow("keep lines") << int(QTextFormat::BlockNonBreakableLines) << QVariant(true);
-    QTest::newRow("shading") << int(QTextFormat::BackgroundBrush) << QVariant(QBrush(QColor(230, 230, 255)));
-    QTest::newRow("border sides") << int(TextProperty::BorderSides) << QVariant(BorderSide::Top | BorderSide::Left);
+    QTest::newRow("shading") << int(QTextFormat::BackgroundBrush)
+                             << QVariant(QBrush(QColor(230, 230, 255)));
+    QTest::newRow("border sides") << int(TextProperty::BorderSides)
+                                  << QVariant(BorderSide::Top | BorderSide::Left);
     QTest::newRow("border width") << int(TextProperty::BorderWidth) << QVariant(45);
     QTest::newRow("border spacing") << int(TextProperty::BorderSpacing) << QVariant(60);
-    QTest::newRow("border style") << int(TextProperty::BorderStyle) << QVariant(int(QTextFrameFormat::BorderStyle_Dashed));
-    QTest::newRow("border colour") << int(TextProperty::BorderColour) << QVariant(QColor(200, 0, 100));
+    QTest::newRow("border style") << int(TextProperty::BorderStyle)
+                                  << QVariant(int(QTextFrameFormat::BorderStyle_Dashed));
+    QTest::newRow("border colour")
+        << int(TextProperty::BorderColour) << QVariant(QColor(200, 0, 100));
 }
 
 void RtfWriterTest::paragraphFormats()
@@ -185,21 +203,23 @@ void RtfWriterTest::paragraphFormats()
     cursor.insertText(QStringLiteral("after"));
     const auto back = roundTrip(doc);
     QCOMPARE(blockTexts(*back->document), (QStringList{"plain", "target", "after"}));
-    const QVariant got = blockOf(*back->document, QStringLiteral("target")).blockFormat().property(property);
+    const QVariant got =
+        blockOf(*back->document, QStringLiteral("target")).blockFormat().property(property);
     if (property == QTextFormat::BlockAlignment) {
         QCOMPARE(got.toInt() & Qt::AlignHorizontal_Mask, value.toInt());
     } else {
         QCOMPARE(got, value);
     }
-    QVERIFY(blockOf(*back->document, QStringLiteral("after")).blockFormat().property(property) != value);
+    QVERIFY(blockOf(*back->document, QStringLiteral("after")).blockFormat().property(property) !=
+            value);
 }
 
 void RtfWriterTest::lists()
 {
     Doc doc;
     QTextCursor cursor(doc.document.get());
-    auto list = [&](QTextListFormat::Style style, int indent, const QString& prefix, const QString& suffix,
-                    const QStringList& items) {
+    auto list = [&](QTextListFormat::Style style, int indent, const QString& prefix,
+                    const QString& suffix, const QStringList& items) {
         QTextListFormat format;
         format.setStyle(style);
         format.setIndent(indent);
@@ -222,9 +242,12 @@ void RtfWriterTest::lists()
     list(QTextListFormat::ListDisc, 1, {}, {}, {"disc one", "disc two"});
     list(QTextListFormat::ListCircle, 2, {}, {}, {"circle one"});
     list(QTextListFormat::ListSquare, 1, {}, {}, {"square one"});
-    list(QTextListFormat::ListDecimal, 1, QString(""), QStringLiteral("."), {"dec one", "dec two", "dec three"});
-    list(QTextListFormat::ListLowerAlpha, 1, QStringLiteral("("), QStringLiteral(")"), {"alpha one", "alpha two"});
-    list(QTextListFormat::ListUpperRoman, 3, QString(""), QStringLiteral(":"), {"roman one", "roman two"});
+    list(QTextListFormat::ListDecimal, 1, QString(""), QStringLiteral("."),
+         {"dec one", "dec two", "dec three"});
+    list(QTextListFormat::ListLowerAlpha, 1, QStringLiteral("("), QStringLiteral(")"),
+         {"alpha one", "alpha two"});
+    list(QTextListFormat::ListUpperRoman, 3, QString(""), QStringLiteral(":"),
+         {"roman one", "roman two"});
 
     const auto back = roundTrip(doc);
     const QTextDocument& d = *back->document;
@@ -235,11 +258,14 @@ void RtfWriterTest::lists()
     QCOMPARE(listOf("circle one")->format().style(), QTextListFormat::ListCircle);
     QCOMPARE(listOf("circle one")->format().indent(), 2);
     QCOMPARE(listOf("square one")->format().style(), QTextListFormat::ListSquare);
-    QCOMPARE(listOf("dec three")->itemText(blockOf(d, QStringLiteral("dec three"))), QStringLiteral("3."));
-    QCOMPARE(listOf("alpha two")->itemText(blockOf(d, QStringLiteral("alpha two"))), QStringLiteral("(b)"));
+    QCOMPARE(listOf("dec three")->itemText(blockOf(d, QStringLiteral("dec three"))),
+             QStringLiteral("3."));
+    QCOMPARE(listOf("alpha two")->itemText(blockOf(d, QStringLiteral("alpha two"))),
+             QStringLiteral("(b)"));
     QCOMPARE(listOf("roman two")->format().style(), QTextListFormat::ListUpperRoman);
     QCOMPARE(listOf("roman two")->format().indent(), 3);
-    QCOMPARE(listOf("roman two")->itemText(blockOf(d, QStringLiteral("roman two"))), QStringLiteral("II:"));
+    QCOMPARE(listOf("roman two")->itemText(blockOf(d, QStringLiteral("roman two"))),
+             QStringLiteral("II:"));
     QVERIFY(!blockOf(d, QStringLiteral("between disc")).textList());
     QVERIFY(listOf("dec one") != listOf("disc one"));
     // The markers are not text.
@@ -261,7 +287,8 @@ void RtfWriterTest::tables()
     QTextTable* table = cursor.insertTable(4, 3, format);
     for (int r = 0; r < 4; ++r) {
         for (int c = 0; c < 3; ++c) {
-            table->cellAt(r, c).firstCursorPosition().insertText(QStringLiteral("r%1c%2").arg(r).arg(c));
+            table->cellAt(r, c).firstCursorPosition().insertText(
+                QStringLiteral("r%1c%2").arg(r).arg(c));
         }
     }
     table->mergeCells(1, 0, 2, 1); // r1c0 runs down two rows
@@ -306,7 +333,8 @@ void RtfWriterTest::tables()
     QCOMPARE(cf.verticalAlignment(), QTextCharFormat::AlignMiddle);
     // The table border became cell borders.
     QCOMPARE(t->cellAt(3, 0).format().toTableCellFormat().bottomBorder(), 1.0);
-    QCOMPARE(t->cellAt(2, 2).lastCursorPosition().block().text(), QStringLiteral("second paragraph"));
+    QCOMPARE(t->cellAt(2, 2).lastCursorPosition().block().text(),
+             QStringLiteral("second paragraph"));
     QCOMPARE(formatOf(d, QStringLiteral("second")).fontWeight(), int(QFont::Bold));
     QCOMPARE(t->format().cellPadding(), 4.0);
     QCOMPARE(blockTexts(d).first(), QStringLiteral("Before"));
@@ -367,7 +395,8 @@ void RtfWriterTest::pictures()
     metafile.data = QByteArray::fromHex("0100000088000000");
     metafile.header = QStringLiteral("\\emfblip\\picw500\\pich300");
     metafile.displaySize = QSizeF(30, 18);
-    cursor.insertImage(DocumentPictures::addPlaceholder(doc.document.get(), metafile, QStringLiteral("EMF")));
+    cursor.insertImage(
+        DocumentPictures::addPlaceholder(doc.document.get(), metafile, QStringLiteral("EMF")));
 
     const QByteArray rtf = write(doc);
     QVERIFY(rtf.contains("\\pngblip"));
@@ -424,12 +453,15 @@ void RtfWriterTest::linksBookmarksHidden()
     const auto back = roundTrip(doc);
     const QTextDocument& d = *back->document;
     // A quote cannot stand in a field's argument: it is written as %22, as in any address.
-    QCOMPARE(formatOf(d, QStringLiteral("the site")).anchorHref(), QStringLiteral("https://example.org/x?a=1&b=%22q%22"));
+    QCOMPARE(formatOf(d, QStringLiteral("the site")).anchorHref(),
+             QStringLiteral("https://example.org/x?a=1&b=%22q%22"));
     QCOMPARE(formatOf(d, QStringLiteral("site")).fontUnderline(), true);
     QCOMPARE(formatOf(d, QStringLiteral("below")).anchorHref(), QStringLiteral("#results"));
     QVERIFY(!formatOf(d, QStringLiteral(" or")).isAnchor());
-    QCOMPARE(formatOf(d, QStringLiteral("Results")).anchorNames(), QStringList{QStringLiteral("results")});
-    QCOMPARE(formatOf(d, QStringLiteral("here")).anchorNames(), QStringList{QStringLiteral("results")});
+    QCOMPARE(formatOf(d, QStringLiteral("Results")).anchorNames(),
+             QStringList{QStringLiteral("results")});
+    QCOMPARE(formatOf(d, QStringLiteral("here")).anchorNames(),
+             QStringList{QStringLiteral("results")});
     QVERIFY(formatOf(d, QStringLiteral("not")).anchorNames().isEmpty());
     QString hidden;
     for (auto it = d.begin().begin(); !it.atEnd(); ++it) {
@@ -444,8 +476,9 @@ void RtfWriterTest::linksBookmarksHidden()
 
 void RtfWriterTest::unicodeText()
 {
-    const QString text = QStringLiteral("Zażółć gęślą jaźń – Ελληνικά – Русский – 中文 – 😀 – \\{braces}\t"
-                                        "nb\u00A0sp soft\u00ADhyphen nb\u2011hyphen line\u2028break € ™ ‰");
+    const QString text =
+        QStringLiteral("Zażółć gęślą jaźń – Ελληνικά – Русский – 中文 – 😀 – \\{braces}\t"
+                       "nb\u00A0sp soft\u00ADhyphen nb\u2011hyphen line\u2028break € ™ ‰");
     Doc doc;
     QTextCursor(doc.document.get()).insertText(text);
     const auto back = roundTrip(doc);
@@ -469,7 +502,8 @@ void RtfWriterTest::colourNumbersSurvive()
     const auto back = read(rtf);
     QCOMPARE(back->colours.entries(), doc.colours.entries());
     const QTextCharFormat format = formatOf(*back->document, QStringLiteral("x"));
-    QCOMPARE(back->colours.indexOf(format.background().color()), ColourTable::kBlackBackgroundNumber);
+    QCOMPARE(back->colours.indexOf(format.background().color()),
+             ColourTable::kBlackBackgroundNumber);
     QCOMPARE(back->colours.indexOf(format.foreground().color()), custom);
 }
 
@@ -501,7 +535,8 @@ void RtfWriterTest::emptyDocument()
 void RtfWriterTest::stableOnSecondPass_data()
 {
     QTest::addColumn<QByteArray>("rtf");
-    for (const char* name : {"styled-heavy.rtf", "minimal-editor.rtf", "office-suite.rtf", "code-pages.rtf"}) {
+    for (const char* name :
+         {"styled-heavy.rtf", "minimal-editor.rtf", "office-suite.rtf", "code-pages.rtf"}) {
         QTest::newRow(name) << fixture(name);
     }
 }
