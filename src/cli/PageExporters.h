@@ -33,5 +33,6 @@ private:
 
 // Each page kind registers the formats it can be exported to.
 void registerExportPageCommand(class CommandTable& table, const PageExporterTable& exporters);
+void registerTextPageExporters(PageExporterTable& table);
 
 } // namespace kestrum::cli

@@ -35,6 +35,7 @@ int main(int argc, char** argv)
     registerStoreCommands(table);
     registerDemoCommand(table);
     PageExporterTable exporters;
+    registerTextPageExporters(exporters);
     registerExportPageCommand(table, exporters);
 
     QTextStream out(stdout);

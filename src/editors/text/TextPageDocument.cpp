@@ -124,6 +124,15 @@ bool TextPageDocument::readBytes(const QByteArray& bytes, TextFormatDetector::Fo
 
 void TextPageDocument::clear()
 {
+    if (!m_document) {
+        // Nothing was ever loaded: stay without a text document (headless tools that only
+        // create empty pages never need one).
+        m_colours.reset();
+        m_layout = PageLayout();
+        m_warnings.clear();
+        m_loadedFormat = TextFormatDetector::Format::Empty;
+        return;
+    }
     LoadScope scope(*this);
     resetDocument();
 }
