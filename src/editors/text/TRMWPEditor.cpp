@@ -1060,7 +1060,8 @@ void TRMWPEditor::createTable()
         widths << QTextLength(QTextLength::PercentageLength, 100.0 / t.columns);
     }
     format.setColumnWidthConstraints(widths);
-    m_view->textCursor().insertTable(t.rows, t.columns, format);
+    QTextTable* table = m_view->textCursor().insertTable(t.rows, t.columns, format);
+    m_view->setTextCursor(table->cellAt(0, 0).firstCursorPosition());
 }
 
 void TRMWPEditor::insertRow()

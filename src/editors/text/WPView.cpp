@@ -78,6 +78,8 @@ void WPView::setPageDocument(TextPageDocument* document)
     HiddenTextObject::registerOn(text);
     connect(text, &QTextDocument::contentsChange, this, [this] { m_decorationTimer.start(); });
     connect(document, &TextPageDocument::loaded, this, [this] {
+        // A page opens at its top.
+        moveCursor(QTextCursor::Start);
         m_selectedPicture = -1;
         m_hoveredLink.clear();
         refreshDecorations();
