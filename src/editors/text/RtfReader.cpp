@@ -2411,10 +2411,11 @@ RtfReadResult RtfReader::read(QByteArrayView rtf, QTextDocument* document,
         result.error = QStringLiteral("The data is not RTF (it does not start with \"{\\rtf\").");
         return result;
     }
-    document->clear();
-    // One edit: a layout attached to the document runs once, at the end.
+    // One edit, the clearing included: a layout attached to the document sees the whole new
+    // content at once and lays it out lazily, screen by screen, as for plain text.
     QTextCursor edit(document);
     edit.beginEditBlock();
+    document->clear();
     Parser parser(rtf, document, colours, m_options);
     RtfReadResult result = parser.run();
     edit.endEditBlock();

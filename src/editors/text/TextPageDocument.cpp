@@ -10,27 +10,37 @@
 namespace kestrum::text {
 
 // While a page is loaded: no change is reported, and the undo history starts afresh after it.
+// A view's layout sleeps meanwhile (a null page size makes it skip every change) and wakes up
+// to the whole new content at once, which it lays out lazily, from the top, screen by screen.
 class TextPageDocument::LoadScope
 {
 public:
     explicit LoadScope(TextPageDocument& owner) : m_owner(owner)
     {
-        ++m_owner.m_loading;
-        m_owner.textDocument()->setUndoRedoEnabled(false);
+        if (m_owner.m_loading++ == 0) {
+            emit m_owner.aboutToLoad();
+        }
+        QTextDocument* document = m_owner.textDocument();
+        document->setUndoRedoEnabled(false);
+        m_pageSize = document->pageSize();
+        document->setPageSize(QSizeF(0, 0));
     }
     ~LoadScope()
     {
         QTextDocument* document = m_owner.textDocument();
+        document->setPageSize(m_pageSize);
         document->setUndoRedoEnabled(true);
         document->setModified(false);
-        --m_owner.m_loading;
-        emit m_owner.loaded();
+        if (--m_owner.m_loading == 0) {
+            emit m_owner.loaded();
+        }
     }
     LoadScope(const LoadScope&) = delete;
     LoadScope& operator=(const LoadScope&) = delete;
 
 private:
     TextPageDocument& m_owner;
+    QSizeF m_pageSize;
 };
 
 TextPageDocument::TextPageDocument(QObject* parent) : store::PageDocument(parent) {}

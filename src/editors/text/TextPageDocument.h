@@ -63,6 +63,8 @@ public:
 
 signals:
     void pageLayoutChanged();
+    // A page or file is about to be loaded (views park their caret at the start meanwhile).
+    void aboutToLoad();
     // A page or file was loaded (the view resets what it shows around the text).
     void loaded();
 

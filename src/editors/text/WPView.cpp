@@ -71,13 +71,28 @@ WPView::WPView(QWidget* parent) : QTextEdit(parent)
 void WPView::setPageDocument(TextPageDocument* document)
 {
     m_page = document;
+    if (!m_standIn) {
+        m_standIn = new QTextDocument(this);
+    }
     QTextDocument* text = document->textDocument();
     setFont(text->defaultFont());
     setDocument(text);
     setCursorWidth(0);
     HiddenTextObject::registerOn(text);
     connect(text, &QTextDocument::contentsChange, this, [this] { m_decorationTimer.start(); });
+    // While a page loads the view shows an empty stand-in: the page's layout then meets the
+    // whole new content at once and lays it out lazily, screen by screen, and nothing asks
+    // it for the end of a long page (the caret, the selection) before it is needed.
+    connect(document, &TextPageDocument::aboutToLoad, this, [this] {
+        if (this->document() != m_standIn) {
+            setDocument(m_standIn);
+        }
+    });
     connect(document, &TextPageDocument::loaded, this, [this] {
+        if (this->document() == m_standIn) {
+            setDocument(m_page->textDocument());
+            setCursorWidth(0);
+        }
         // A page opens at its top.
         moveCursor(QTextCursor::Start);
         m_selectedPicture = -1;

@@ -70,6 +70,7 @@ private:
     void paintParagraphBorders(QPainter& painter);
 
     TextPageDocument* m_page = nullptr;
+    QTextDocument* m_standIn = nullptr; // shown while a page loads
     QTimer m_blink;
     QTimer m_decorationTimer;
     bool m_caretOn = true;
