@@ -130,6 +130,30 @@ QPixmap drawn(const QString& name)
         head.lineTo(undo ? 7 : 9, 7);
         p.setBrush(ink);
         p.drawPath(head);
+    } else if (name == QLatin1String("cut")) {
+        p.drawEllipse(QPointF(4.5, 12), 2.5, 2.5);
+        p.drawEllipse(QPointF(11.5, 12), 2.5, 2.5);
+        p.drawLine(QPointF(6, 10), QPointF(11, 1.5));
+        p.drawLine(QPointF(10, 10), QPointF(5, 1.5));
+    } else if (name == QLatin1String("copy")) {
+        p.drawRect(QRectF(1.5, 1.5, 8, 10));
+        p.setBrush(QGuiApplication::palette().color(QPalette::Base));
+        p.drawRect(QRectF(6.5, 4.5, 8, 10));
+    } else if (name == QLatin1String("paste")) {
+        p.drawRect(QRectF(2.5, 2.5, 11, 12.5));
+        p.setBrush(ink);
+        p.drawRect(QRectF(5.5, 1, 5, 3));
+        p.drawLine(QPointF(5, 8), QPointF(11, 8));
+        p.drawLine(QPointF(5, 11), QPointF(11, 11));
+    } else if (name == QLatin1String("print")) {
+        p.drawRect(QRectF(4.5, 1.5, 7, 4));
+        p.drawRoundedRect(QRectF(1.5, 5.5, 13, 6), 1.5, 1.5);
+        p.setBrush(QGuiApplication::palette().color(QPalette::Base));
+        p.drawRect(QRectF(4.5, 9.5, 7, 5));
+    } else if (name == QLatin1String("find")) {
+        p.drawEllipse(QPointF(6.5, 6.5), 4.5, 4.5);
+        p.setPen(QPen(ink, 2));
+        p.drawLine(QPointF(10, 10), QPointF(14.5, 14.5));
     } else {
         letter(name.left(1).toUpper(), false, false, false, false);
     }
