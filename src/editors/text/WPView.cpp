@@ -549,6 +549,11 @@ void WPView::mousePressEvent(QMouseEvent* event)
             return;
         }
         const int picture = pictureAt(point);
+        if (picture >= 0 && picture == m_selectedPicture) {
+            // A press on the selected picture: the view may drag it elsewhere.
+            QTextEdit::mousePressEvent(event);
+            return;
+        }
         if (picture >= 0) {
             setFocus(Qt::MouseFocusReason);
             QTextCursor cursor(document());
