@@ -257,6 +257,14 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               keywordInContext(), {},
               QStringLiteral("Keyword in context\tInterviews 2026\tKeyword in context: quiet\t5"));
 
+    OutlineNode* figures = demo.folder(root, QStringLiteral("Codebook and figures"));
+    demo.page(figures, PageType::TextVariant6, QStringLiteral("Codebook (excerpt)"),
+              demoResource("codebook.rtf"), QStringLiteral("Frequencies after the focused coding cycle."));
+    demo.page(figures, PageType::Text, QStringLiteral("Isolation by date of joining"),
+              demoResource("isolation-figure.rtf"),
+              QStringLiteral("Figure drafted for the steering group; the hidden note in the text "
+                             "lists what to check first."));
+
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),
                                    demoResource("method.rtf"));

@@ -1,6 +1,7 @@
 #include "HeadlessDocuments.h"
 
 #include "editors/grid/GridPageDocument.h"
+#include "editors/text/TextPageDocument.h"
 #include "store/RawPageDocument.h"
 #include "store/TRMData.h"
 
@@ -11,10 +12,11 @@ using store::EditorKind;
 HeadlessDocuments::HeadlessDocuments(QObject* parent) : QObject(parent)
 {
     for (int k = 1; k < store::kEditorKindCount; ++k) {
-        if (EditorKind(k) == EditorKind::Grid) {
-            m_documents[std::size_t(k)] = new grid::GridPageDocument(this);
-        } else {
-            m_documents[std::size_t(k)] = new store::RawPageDocument(EditorKind(k), this);
+        store::PageDocument*& document = m_documents[std::size_t(k)];
+        switch (EditorKind(k)) {
+        case EditorKind::Text: document = new text::TextPageDocument(this); break; // imports become RTF
+        case EditorKind::Grid: document = new grid::GridPageDocument(this); break;
+        default: document = new store::RawPageDocument(EditorKind(k), this); break;
         }
     }
 }

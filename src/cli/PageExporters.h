@@ -35,5 +35,6 @@ private:
 void registerExportPageCommand(class CommandTable& table, const PageExporterTable& exporters);
 // Grid pages: .txt .tab .csv .xls .doc .htm .html .xml .wgf.
 void registerGridPageExporters(PageExporterTable& exporters);
+void registerTextPageExporters(PageExporterTable& table);
 
 } // namespace kestrum::cli

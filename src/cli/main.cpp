@@ -37,6 +37,7 @@ int main(int argc, char** argv)
     registerOutlineCommand(table);
     PageExporterTable exporters;
     registerGridPageExporters(exporters);
+    registerTextPageExporters(exporters);
     registerExportPageCommand(table, exporters);
 
     QTextStream out(stdout);

@@ -1,0 +1,550 @@
+#include "RtfDocumentBuilder.h"
+
+#include "editors/text/HiddenTextObject.h"
+#include "editors/text/TextProperties.h"
+
+#include <QTextDocument>
+#include <QTextList>
+#include <QTextTable>
+
+#include <algorithm>
+
+namespace kestrum::text {
+
+namespace {
+
+constexpr int kMaxOpenBookmarks = 10000;
+constexpr int kDefaultCellWidth = 1440;
+
+} // namespace
+
+RtfDocumentBuilder::RtfDocumentBuilder(QTextDocument* document)
+    : m_document(document), m_cursor(document)
+{
+    m_cursor.movePosition(QTextCursor::End);
+}
+
+void RtfDocumentBuilder::content(bool inTable)
+{
+    if (inTable) {
+        startTableIfNeeded();
+    } else if (m_inTable) {
+        endTable();
+    }
+}
+
+void RtfDocumentBuilder::record(Op op)
+{
+    if (m_inTable) {
+        m_rows.back().cells[std::size_t(m_cellIndex)].ops.push_back(std::move(op));
+    } else {
+        apply(op);
+    }
+}
+
+void RtfDocumentBuilder::insertText(const QString& text, const QTextCharFormat& format,
+                                    bool inTable)
+{
+    if (text.isEmpty()) {
+        return;
+    }
+    content(inTable);
+    record({Op::Kind::Text, text, format, {}});
+}
+
+void RtfDocumentBuilder::insertHidden(const QString& text, const QTextCharFormat& format,
+                                      bool inTable)
+{
+    if (text.isEmpty()) {
+        return;
+    }
+    content(inTable);
+    record({Op::Kind::Hidden, text, format, {}});
+}
+
+void RtfDocumentBuilder::insertImage(const QTextImageFormat& format, bool inTable)
+{
+    content(inTable);
+    record({Op::Kind::Image, {}, format, {}});
+}
+
+void RtfDocumentBuilder::endParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark,
+                                      bool inTable)
+{
+    content(inTable);
+    record({Op::Kind::ParagraphEnd, {}, mark, paragraph});
+}
+
+void RtfDocumentBuilder::endCell(const RtfParagraph& paragraph, const QTextCharFormat& mark)
+{
+    content(true);
+    record({Op::Kind::CellEnd, {}, mark, paragraph});
+    if (m_cellIndex + 1 < kMaxColumns) {
+        ++m_cellIndex;
+        PendingRow& row = m_rows.back();
+        if (row.cells.size() <= std::size_t(m_cellIndex)) {
+            row.cells.resize(std::size_t(m_cellIndex) + 1);
+        }
+    }
+}
+
+void RtfDocumentBuilder::endRow(const RtfRowDef& row)
+{
+    if (!m_inTable || !m_rowOpen) {
+        return;
+    }
+    PendingRow& pending = m_rows.back();
+    pending.def = row;
+    // The cell opened by the last \cell holds nothing.
+    if (pending.cells.size() > 1 && pending.cells.back().ops.empty()) {
+        pending.cells.pop_back();
+    }
+    m_rowOpen = false;
+}
+
+void RtfDocumentBuilder::pageBreak()
+{
+    if (!m_inTable) {
+        m_pendingPageBreak = true;
+    }
+}
+
+void RtfDocumentBuilder::bookmarkStart(const QString& name)
+{
+    if (name.isEmpty()) {
+        return;
+    }
+    if (m_inTable) {
+        record({Op::Kind::BookmarkStart, name, {}, {}});
+    } else {
+        apply({Op::Kind::BookmarkStart, name, {}, {}});
+    }
+}
+
+void RtfDocumentBuilder::bookmarkEnd(const QString& name)
+{
+    if (name.isEmpty()) {
+        return;
+    }
+    if (m_inTable) {
+        record({Op::Kind::BookmarkEnd, name, {}, {}});
+    } else {
+        apply({Op::Kind::BookmarkEnd, name, {}, {}});
+    }
+}
+
+void RtfDocumentBuilder::finish(const RtfParagraph& last, const QTextCharFormat& mark)
+{
+    if (m_inTable) {
+        endTable();
+    }
+    if (m_blockHasContent) {
+        applyParagraph(last, mark);
+    } else if (m_lastWasParagraphEnd) {
+        // A final \par closes the last paragraph; it does not open an empty one.
+        const QTextBlock previous = m_cursor.block().previous();
+        if (previous.isValid() && !QTextCursor(previous).currentTable() &&
+            m_cursor.block().length() == 1) {
+            m_cursor.deletePreviousChar();
+        }
+    }
+    for (auto it = m_openBookmarks.cbegin(); it != m_openBookmarks.cend(); ++it) {
+        m_bookmarks.push_back({it.key(), it.value(), m_document->characterCount() - 1});
+    }
+    m_openBookmarks.clear();
+    applyBookmarks();
+}
+
+void RtfDocumentBuilder::apply(const Op& op)
+{
+    switch (op.kind) {
+    case Op::Kind::Text:
+        m_cursor.insertText(op.text, op.format);
+        m_blockHasContent = true;
+        m_lastWasParagraphEnd = false;
+        break;
+    case Op::Kind::Hidden:
+        HiddenTextObject::insert(m_cursor, op.text, op.format);
+        m_blockHasContent = true;
+        m_lastWasParagraphEnd = false;
+        break;
+    case Op::Kind::Image:
+        m_cursor.insertImage(op.format.toImageFormat());
+        m_blockHasContent = true;
+        m_lastWasParagraphEnd = false;
+        break;
+    case Op::Kind::ParagraphEnd:
+        applyParagraph(op.paragraph, op.format);
+        m_cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
+        m_blockHasContent = false;
+        m_lastWasParagraphEnd = true;
+        break;
+    case Op::Kind::CellEnd:
+        applyParagraph(op.paragraph, op.format);
+        m_lastWasParagraphEnd = false;
+        break;
+    case Op::Kind::BookmarkStart:
+        if (m_openBookmarks.size() < kMaxOpenBookmarks) {
+            m_openBookmarks.insert(op.text, m_cursor.position());
+        }
+        break;
+    case Op::Kind::BookmarkEnd: {
+        const auto it = m_openBookmarks.find(op.text);
+        if (it != m_openBookmarks.end()) {
+            if (m_bookmarks.size() < std::size_t(kMaxOpenBookmarks)) {
+                m_bookmarks.push_back({op.text, it.value(), m_cursor.position()});
+            }
+            m_openBookmarks.erase(it);
+        }
+        break;
+    }
+    }
+}
+
+void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark)
+{
+    QTextBlockFormat block = paragraph.block;
+    if (m_pendingPageBreak) {
+        block.setPageBreakPolicy(block.pageBreakPolicy() | QTextFormat::PageBreak_AlwaysBefore);
+        m_pendingPageBreak = false;
+    }
+    m_cursor.setBlockFormat(block);
+    if (!m_blockHasContent) {
+        m_cursor.setBlockCharFormat(mark);
+    }
+    if (!paragraph.listKey.isEmpty()) {
+        QTextList* list = m_lists.value(paragraph.listKey);
+        if (list && paragraph.listContinuesOnlyAdjacent && m_previousListKey != paragraph.listKey) {
+            list = nullptr;
+        }
+        if (list) {
+            list->add(m_cursor.block());
+        } else {
+            m_lists.insert(paragraph.listKey, m_cursor.createList(paragraph.list));
+        }
+    }
+    m_previousListKey = paragraph.listKey;
+}
+
+void RtfDocumentBuilder::startTableIfNeeded()
+{
+    if (!m_inTable) {
+        if (m_blockHasContent) {
+            // Text before the table in the same paragraph keeps its own paragraph.
+            m_cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
+            m_blockHasContent = false;
+        }
+        m_inTable = true;
+        m_rows.clear();
+        m_rowOpen = false;
+    }
+    if (!m_rowOpen) {
+        m_rows.emplace_back();
+        m_rows.back().cells.resize(1);
+        m_cellIndex = 0;
+        m_rowOpen = true;
+    }
+}
+
+void RtfDocumentBuilder::endTable()
+{
+    if (m_rowOpen) {
+        // A row without \row takes the definition of the row before it.
+        RtfRowDef def = m_rows.size() > 1 ? m_rows[m_rows.size() - 2].def : RtfRowDef();
+        endRow(def);
+    }
+    m_inTable = false;
+    buildTable();
+    m_rows.clear();
+}
+
+void RtfDocumentBuilder::buildTable()
+{
+    // Drop rows that hold nothing at all (a stray \intbl paragraph mark).
+    if (m_rows.empty()) {
+        return;
+    }
+
+    // Cell boundaries of every row, strictly increasing.
+    std::vector<std::vector<int>> bounds(m_rows.size());
+    int origin = std::numeric_limits<int>::max();
+    std::vector<int> edges;
+    for (std::size_t r = 0; r < m_rows.size(); ++r) {
+        const PendingRow& row = m_rows[r];
+        const std::size_t count =
+            std::min<std::size_t>(std::max(row.cells.size(), row.def.cells.size()), kMaxColumns);
+        int previous = row.def.left;
+        origin = std::min(origin, row.def.left);
+        for (std::size_t i = 0; i < count; ++i) {
+            int right =
+                i < row.def.cells.size() ? row.def.cells[i].right : previous + kDefaultCellWidth;
+            if (right <= previous) {
+                right = previous + (i < row.def.cells.size() ? 60 : kDefaultCellWidth);
+            }
+            bounds[r].push_back(right);
+            edges.push_back(right);
+            previous = right;
+        }
+    }
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    if (edges.size() > std::size_t(kMaxColumns)) {
+        edges.resize(kMaxColumns);
+    }
+    if (edges.empty()) {
+        edges.push_back(origin + kDefaultCellWidth);
+    }
+    const int columns = int(edges.size());
+    auto columnOf = [&](int boundary) {
+        const auto it = std::lower_bound(edges.begin(), edges.end(), boundary);
+        return std::min(int(it - edges.begin()), columns - 1);
+    };
+
+    struct Placed
+    {
+        int start;
+        int span;
+        bool continuation;
+    };
+    std::vector<std::vector<Placed>> placed(m_rows.size());
+    for (std::size_t r = 0; r < m_rows.size(); ++r) {
+        PendingRow& row = m_rows[r];
+        int next = 0;
+        for (std::size_t i = 0; i < bounds[r].size(); ++i) {
+            const int end = columnOf(bounds[r][i]);
+            if (next >= columns || end < next) {
+                // No column left for this cell: its content joins the previous cell.
+                if (i < row.cells.size() && !placed[r].empty()) {
+                    auto& target = row.cells[placed[r].size() - 1].ops;
+                    auto& source = row.cells[i].ops;
+                    target.insert(target.end(), source.begin(), source.end());
+                    source.clear();
+                }
+                continue;
+            }
+            placed[r].push_back({next, end - next + 1, false});
+            next = end + 1;
+        }
+        row.cells.resize(std::max(row.cells.size(), placed[r].size()));
+    }
+
+    QTextTableFormat format;
+    format.setBorderCollapse(true);
+    format.setBorder(0);
+    format.setCellSpacing(0);
+    const RtfRowDef& first = m_rows.front().def;
+    format.setCellPadding(twipsToPixels(std::clamp(first.gap, 0, 1440)));
+    if (first.alignment == 1) {
+        format.setAlignment(Qt::AlignHCenter);
+    } else if (first.alignment == 2) {
+        format.setAlignment(Qt::AlignRight);
+    }
+    if (origin > 0 && origin < 31680) {
+        format.setLeftMargin(twipsToPixels(origin));
+    }
+    int headerRows = 0;
+    while (headerRows < int(m_rows.size()) && m_rows[std::size_t(headerRows)].def.header) {
+        ++headerRows;
+    }
+    format.setHeaderRowCount(headerRows);
+    QList<QTextLength> widths;
+    int left = std::max(0, origin);
+    for (int edge : edges) {
+        widths << QTextLength(QTextLength::FixedLength, twipsToPixels(std::max(60, edge - left)));
+        left = edge;
+    }
+    format.setColumnWidthConstraints(widths);
+
+    // Qt keeps the paragraph the table is inserted in before the table: an empty paragraph
+    // opened by the last \par joins the one before it, so that no empty line appears.
+    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1) {
+        const QTextBlock previous = m_cursor.block().previous();
+        if (previous.isValid() && !QTextCursor(previous).currentTable()) {
+            m_cursor.deletePreviousChar();
+        }
+    }
+    QTextTable* table = m_cursor.insertTable(int(m_rows.size()), columns, format);
+
+    // Merges: vertical runs first collected, then applied with their horizontal span.
+    struct Run
+    {
+        int row;
+        int column;
+        int rows;
+        int span;
+    };
+    std::vector<Run> runs;
+    std::vector<int> openRun(std::size_t(columns), -1);
+    for (std::size_t r = 0; r < m_rows.size(); ++r) {
+        std::vector<bool> touched(std::size_t(columns), false);
+        for (std::size_t i = 0; i < placed[r].size(); ++i) {
+            Placed& cell = placed[r][i];
+            const RtfCellDef def =
+                i < m_rows[r].def.cells.size() ? m_rows[r].def.cells[i] : RtfCellDef();
+            const int runIndex = openRun[std::size_t(cell.start)];
+            touched[std::size_t(cell.start)] = true;
+            if (def.verticalMerged && runIndex >= 0 &&
+                runs[std::size_t(runIndex)].span == cell.span &&
+                runs[std::size_t(runIndex)].row + runs[std::size_t(runIndex)].rows == int(r)) {
+                ++runs[std::size_t(runIndex)].rows;
+                cell.continuation = true;
+                continue;
+            }
+            openRun[std::size_t(cell.start)] = -1;
+            if (def.verticalFirst) {
+                openRun[std::size_t(cell.start)] = int(runs.size());
+            }
+            runs.push_back({int(r), cell.start, 1, cell.span});
+        }
+        for (int c = 0; c < columns; ++c) {
+            if (!touched[std::size_t(c)]) {
+                openRun[std::size_t(c)] = -1;
+            }
+        }
+    }
+    for (const Run& run : runs) {
+        if (run.rows > 1 || run.span > 1) {
+            table->mergeCells(run.row, run.column, run.rows, run.span);
+        }
+    }
+
+    auto tableBorder = [](const RtfRowDef& def, RtfSide side, bool outer) -> RtfBorder {
+        switch (side) {
+        case SideTop:
+            return def.borders[outer ? 0 : 4];
+        case SideBottom:
+            return def.borders[outer ? 1 : 4];
+        case SideLeft:
+            return def.borders[outer ? 2 : 5];
+        case SideRight:
+            return def.borders[outer ? 3 : 5];
+        case SideCount:
+            break;
+        }
+        return {};
+    };
+
+    for (std::size_t r = 0; r < m_rows.size(); ++r) {
+        PendingRow& row = m_rows[r];
+        for (std::size_t i = 0; i < placed[r].size(); ++i) {
+            const Placed& cellPlace = placed[r][i];
+            if (cellPlace.continuation) {
+                continue;
+            }
+            QTextTableCell cell = table->cellAt(int(r), cellPlace.start);
+            if (!cell.isValid()) {
+                continue;
+            }
+            const RtfCellDef def = i < row.def.cells.size() ? row.def.cells[i] : RtfCellDef();
+            QTextTableCellFormat cellFormat;
+            if (def.shading.isValid()) {
+                cellFormat.setBackground(def.shading);
+            }
+            const bool edge[SideCount] = {r == 0, r + 1 == m_rows.size(), cellPlace.start == 0,
+                                          cellPlace.start + cellPlace.span >= columns};
+            for (int s = 0; s < SideCount; ++s) {
+                RtfBorder border = def.borders[std::size_t(s)];
+                if (!border.isSet()) {
+                    border = tableBorder(row.def, RtfSide(s), edge[s]);
+                }
+                if (!border.isSet() || border.style == QTextFrameFormat::BorderStyle_None) {
+                    continue;
+                }
+                const qreal width = std::max(1.0, twipsToPixels(std::clamp(border.width, 1, 1440)));
+                const QBrush brush(border.colour.isValid() ? border.colour : QColor(Qt::black));
+                const auto style = QTextFrameFormat::BorderStyle(border.style);
+                switch (RtfSide(s)) {
+                case SideTop:
+                    cellFormat.setTopBorder(width);
+                    cellFormat.setTopBorderStyle(style);
+                    cellFormat.setTopBorderBrush(brush);
+                    break;
+                case SideBottom:
+                    cellFormat.setBottomBorder(width);
+                    cellFormat.setBottomBorderStyle(style);
+                    cellFormat.setBottomBorderBrush(brush);
+                    break;
+                case SideLeft:
+                    cellFormat.setLeftBorder(width);
+                    cellFormat.setLeftBorderStyle(style);
+                    cellFormat.setLeftBorderBrush(brush);
+                    break;
+                case SideRight:
+                    cellFormat.setRightBorder(width);
+                    cellFormat.setRightBorderStyle(style);
+                    cellFormat.setRightBorderBrush(brush);
+                    break;
+                case SideCount:
+                    break;
+                }
+            }
+            if (def.verticalAlign == 1) {
+                cellFormat.setVerticalAlignment(QTextCharFormat::AlignMiddle);
+            } else if (def.verticalAlign == 2) {
+                cellFormat.setVerticalAlignment(QTextCharFormat::AlignBottom);
+            }
+            cell.setFormat(cellFormat);
+
+            m_cursor = cell.firstCursorPosition();
+            m_blockHasContent = false;
+            if (i < row.cells.size()) {
+                for (const Op& op : row.cells[i].ops) {
+                    apply(op);
+                }
+            }
+        }
+    }
+    m_cursor = table->lastCursorPosition();
+    m_cursor.movePosition(QTextCursor::NextBlock);
+    m_blockHasContent = false;
+    m_lastWasParagraphEnd = false;
+}
+
+void RtfDocumentBuilder::applyBookmarks()
+{
+    struct Piece
+    {
+        int start;
+        int end;
+        QStringList names;
+    };
+    const int documentEnd = m_document->characterCount() - 1;
+    for (const Bookmark& bookmark : m_bookmarks) {
+        const int start = std::clamp(bookmark.start, 0, documentEnd);
+        int end = std::clamp(bookmark.end, start, documentEnd);
+        if (end == start) {
+            end = std::min(start + 1, documentEnd);
+        }
+        if (end <= start) {
+            continue;
+        }
+        std::vector<Piece> pieces;
+        for (QTextBlock block = m_document->findBlock(start);
+             block.isValid() && block.position() < end; block = block.next()) {
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                const QTextFragment fragment = it.fragment();
+                const int s = std::max(fragment.position(), start);
+                const int e = std::min(fragment.position() + fragment.length(), end);
+                if (s < e) {
+                    QStringList names = fragment.charFormat().anchorNames();
+                    if (!names.contains(bookmark.name)) {
+                        names << bookmark.name;
+                    }
+                    pieces.push_back({s, e, names});
+                }
+            }
+        }
+        for (const Piece& piece : pieces) {
+            QTextCursor cursor(m_document);
+            cursor.setPosition(piece.start);
+            cursor.setPosition(piece.end, QTextCursor::KeepAnchor);
+            QTextCharFormat anchor;
+            anchor.setAnchor(true);
+            anchor.setAnchorNames(piece.names);
+            cursor.mergeCharFormat(anchor);
+        }
+    }
+    m_bookmarks.clear();
+}
+
+} // namespace kestrum::text

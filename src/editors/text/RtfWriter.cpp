@@ -1,0 +1,1048 @@
+#include "RtfWriter.h"
+
+#include "editors/text/DocumentPictures.h"
+#include "editors/text/HiddenTextObject.h"
+#include "editors/text/TextProperties.h"
+
+#include <QBuffer>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextFrame>
+#include <QTextList>
+#include <QTextTable>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kestrum::text {
+
+namespace {
+
+constexpr int kListIndentTwips = 600; // one list level: the document's 40-pixel indent width
+
+// Unicode characters of Windows-1252 bytes 0x80..0x9F.
+constexpr char16_t kCp1252High[32] = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+int cp1252Byte(char16_t u)
+{
+    if (u >= 0xA0 && u <= 0xFF) {
+        return u;
+    }
+    for (int i = 0; i < 32; ++i) {
+        if (kCp1252High[i] == u && u != 0) {
+            return 0x80 + i;
+        }
+    }
+    return -1;
+}
+
+const char kHex[] = "0123456789abcdef";
+
+QStringList familiesOf(const QTextFormat& format)
+{
+    QStringList families = format.property(QTextFormat::FontFamilies).toStringList();
+    if (families.isEmpty()) {
+        const QString family = format.property(QTextFormat::FontFamily).toString();
+        if (!family.isEmpty()) {
+            families << family;
+        }
+    }
+    return families;
+}
+
+int twips(qreal pixels)
+{
+    return pixelsToTwips(pixels);
+}
+
+} // namespace
+
+RtfWriter::RtfWriter(const QTextDocument& document, const ColourTable& colours,
+                     const PageLayout& layout)
+    : m_document(document), m_colours(colours), m_layout(layout)
+{
+    m_layout.normalise();
+}
+
+QString RtfWriter::defaultFamily() const
+{
+    const QString family = m_document.defaultFont().family();
+    return family.isEmpty() ? QStringLiteral("Arial") : family;
+}
+
+QByteArray RtfWriter::emptyDocument(const PageLayout& layout)
+{
+    PageLayout page = layout;
+    page.normalise();
+    QByteArray out =
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1{\\fonttbl{\\f0\\fnil\\fcharset0 Arial;}}";
+    out += "{\\colortbl;";
+    const QList<QColor>& standard = ColourTable::standardColours();
+    for (const QColor& c : standard) {
+        out += "\\red" + QByteArray::number(c.red()) + "\\green" + QByteArray::number(c.green()) +
+               "\\blue" + QByteArray::number(c.blue()) + ';';
+    }
+    out += "}{\\*\\generator Kestrum;}";
+    out += "\\paperw" + QByteArray::number(page.paperWidth) + "\\paperh" +
+           QByteArray::number(page.paperHeight) + "\\margl" + QByteArray::number(page.marginLeft) +
+           "\\margr" + QByteArray::number(page.marginRight) + "\\margt" +
+           QByteArray::number(page.marginTop) + "\\margb" + QByteArray::number(page.marginBottom);
+    if (page.landscape()) {
+        out += "\\landscape";
+    }
+    out += "\n\\pard\\plain\\f0\\fs22\\par\n}\n";
+    return out;
+}
+
+QByteArray RtfWriter::write()
+{
+    m_out.clear();
+    m_out.reserve(qsizetype(m_document.characterCount()) * 2 + 4096);
+    const QFont font = m_document.defaultFont();
+    const qreal points = font.pointSizeF() > 0  ? font.pointSizeF()
+                         : font.pixelSize() > 0 ? font.pixelSize() * 0.75
+                                                : 11.0;
+    m_defaultHalfPoints = std::clamp(int(std::lround(points * 2)), 2, 3276);
+    fontIndex(defaultFamily());
+    collect();
+    writeHeader();
+    writeRootFrame();
+    closeLink();
+    closeBookmarks();
+    raw("}\n");
+    return m_out;
+}
+
+// ---- collecting fonts, colours and lists -------------------------------------------------------
+
+int RtfWriter::fontIndex(const QString& family)
+{
+    const auto it = m_fontIndex.constFind(family);
+    if (it != m_fontIndex.cend()) {
+        return it.value();
+    }
+    const int index = int(m_fonts.size());
+    m_fonts << family;
+    m_fontIndex.insert(family, index);
+    return index;
+}
+
+int RtfWriter::colourNumber(const QColor& colour)
+{
+    const int number = m_colours.enter(colour);
+    return number < 0 ? 0 : number;
+}
+
+void RtfWriter::collectFormat(const QTextCharFormat& format)
+{
+    const QStringList families = familiesOf(format);
+    if (!families.isEmpty() && !families.first().isEmpty()) {
+        fontIndex(families.first());
+    }
+    if (format.hasProperty(QTextFormat::ForegroundBrush) &&
+        format.foreground().style() != Qt::NoBrush) {
+        colourNumber(format.foreground().color());
+    }
+    if (format.hasProperty(QTextFormat::BackgroundBrush) &&
+        format.background().style() != Qt::NoBrush) {
+        colourNumber(format.background().color());
+    }
+}
+
+void RtfWriter::collect()
+{
+    for (QTextBlock block = m_document.begin(); block.isValid(); block = block.next()) {
+        collectFormat(block.charFormat());
+        const QTextBlockFormat bf = block.blockFormat();
+        if (bf.hasProperty(QTextFormat::BackgroundBrush) &&
+            bf.background().style() != Qt::NoBrush) {
+            colourNumber(bf.background().color());
+        }
+        if (bf.hasProperty(TextProperty::BorderColour)) {
+            colourNumber(bf.property(TextProperty::BorderColour).value<QColor>());
+        }
+        if (const QTextList* list = block.textList(); list && !m_lists.contains(list)) {
+            m_listOrder << list;
+            m_lists.insert(list, int(m_listOrder.size()));
+        }
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            collectFormat(it.fragment().charFormat());
+        }
+    }
+    // Table cells: shading and border colours.
+    std::vector<const QTextFrame*> frames{m_document.rootFrame()};
+    while (!frames.empty()) {
+        const QTextFrame* frame = frames.back();
+        frames.pop_back();
+        for (const QTextFrame* child : frame->childFrames()) {
+            frames.push_back(child);
+        }
+        const auto* table = qobject_cast<const QTextTable*>(frame);
+        if (!table) {
+            continue;
+        }
+        for (int r = 0; r < table->rows(); ++r) {
+            for (int c = 0; c < table->columns(); ++c) {
+                const QTextTableCellFormat cf = table->cellAt(r, c).format().toTableCellFormat();
+                if (cf.hasProperty(QTextFormat::BackgroundBrush) &&
+                    cf.background().style() != Qt::NoBrush) {
+                    colourNumber(cf.background().color());
+                }
+                for (int p : {int(QTextFormat::TableCellTopBorderBrush),
+                              int(QTextFormat::TableCellBottomBorderBrush),
+                              int(QTextFormat::TableCellLeftBorderBrush),
+                              int(QTextFormat::TableCellRightBorderBrush)}) {
+                    if (cf.hasProperty(p)) {
+                        colourNumber(cf.brushProperty(p).color());
+                    }
+                }
+            }
+        }
+        if (table->format().hasProperty(QTextFormat::FrameBorderBrush)) {
+            colourNumber(table->format().borderBrush().color());
+        }
+    }
+}
+
+// ---- header ------------------------------------------------------------------------------------
+
+void RtfWriter::writeHeader()
+{
+    raw("{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl");
+    for (int i = 0; i < m_fonts.size(); ++i) {
+        raw("{");
+        word("f", i);
+        word("fnil");
+        word("fcharset", 0);
+        text(m_fonts[i]);
+        raw(";}");
+        m_delimit = false;
+    }
+    raw("}\n{\\colortbl;");
+    for (int i = 1; i < m_colours.count(); ++i) {
+        const QColor c = m_colours.colour(i);
+        word("red", c.red());
+        word("green", c.green());
+        word("blue", c.blue());
+        raw(";");
+        m_delimit = false;
+    }
+    raw("}\n");
+
+    if (!m_listOrder.isEmpty()) {
+        raw("{\\*\\listtable");
+        for (int i = 0; i < m_listOrder.size(); ++i) {
+            const QTextListFormat format = m_listOrder[i]->format();
+            const int levels = std::clamp(format.indent(), 1, 9) == 1 ? 1 : 9;
+            raw("\n{\\list");
+            word("listtemplateid", 1000 + i + 1);
+            if (levels == 1) {
+                word("listsimple");
+            }
+            for (int level = 0; level < levels; ++level) {
+                raw("{\\listlevel");
+                int nfc = 23;
+                switch (format.style()) {
+                case QTextListFormat::ListDecimal:
+                    nfc = 0;
+                    break;
+                case QTextListFormat::ListUpperRoman:
+                    nfc = 1;
+                    break;
+                case QTextListFormat::ListLowerRoman:
+                    nfc = 2;
+                    break;
+                case QTextListFormat::ListUpperAlpha:
+                    nfc = 3;
+                    break;
+                case QTextListFormat::ListLowerAlpha:
+                    nfc = 4;
+                    break;
+                default:
+                    break;
+                }
+                word("levelnfc", nfc);
+                word("levelnfcn", nfc);
+                word("leveljc", 0);
+                word("levelfollow", 0);
+                word("levelstartat", 1);
+                raw("{\\leveltext");
+                if (nfc == 23) {
+                    QString bullet(QChar(0x2022));
+                    if (format.style() == QTextListFormat::ListCircle) {
+                        bullet = QStringLiteral("o");
+                    } else if (format.style() == QTextListFormat::ListSquare) {
+                        bullet = QString(QChar(0x25AA));
+                    }
+                    raw("\\'01");
+                    text(bullet);
+                    raw(";}{\\levelnumbers;}");
+                } else {
+                    const QString prefix = format.numberPrefix().left(20);
+                    const QString suffix = format.hasProperty(QTextFormat::ListNumberSuffix)
+                                               ? format.numberSuffix().left(20)
+                                               : QStringLiteral(".");
+                    const int length = int(prefix.size() + 1 + suffix.size());
+                    auto hexByte = [this](int v) {
+                        m_out.append("\\'");
+                        m_out.append(kHex[(v >> 4) & 0xF]);
+                        m_out.append(kHex[v & 0xF]);
+                    };
+                    hexByte(length);
+                    text(prefix);
+                    hexByte(level);
+                    text(suffix);
+                    raw(";}{\\levelnumbers");
+                    hexByte(int(prefix.size() + 1));
+                    raw(";}");
+                }
+                m_delimit = false;
+                word("fi", -360);
+                word("li", kListIndentTwips * (level + 1));
+                raw("}");
+                m_delimit = false;
+            }
+            word("listid", 1000 + i + 1);
+            raw("}");
+            m_delimit = false;
+        }
+        raw("}\n{\\*\\listoverridetable");
+        for (int i = 0; i < m_listOrder.size(); ++i) {
+            raw("{\\listoverride");
+            word("listid", 1000 + i + 1);
+            word("listoverridecount", 0);
+            word("ls", i + 1);
+            raw("}");
+            m_delimit = false;
+        }
+        raw("}\n");
+    }
+    raw("{\\*\\generator Kestrum;}");
+    word("paperw", m_layout.paperWidth);
+    word("paperh", m_layout.paperHeight);
+    word("margl", m_layout.marginLeft);
+    word("margr", m_layout.marginRight);
+    word("margt", m_layout.marginTop);
+    word("margb", m_layout.marginBottom);
+    if (m_layout.landscape()) {
+        word("landscape");
+    }
+    raw("\n");
+    m_current = CharProps();
+    word("plain");
+    word("f", 0);
+    word("fs", m_defaultHalfPoints);
+    m_current.halfPoints = m_defaultHalfPoints;
+    raw("\n");
+    m_delimit = false;
+}
+
+// ---- body --------------------------------------------------------------------------------------
+
+void RtfWriter::writeRootFrame()
+{
+    const QTextFrame* root = m_document.rootFrame();
+    for (auto it = root->begin(); !it.atEnd(); ++it) {
+        if (const QTextFrame* child = it.currentFrame()) {
+            if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+                writeTable(table);
+            } else {
+                const QTextBlock first = m_document.findBlock(child->firstPosition());
+                const QTextBlock last = m_document.findBlock(child->lastPosition());
+                writeFrameContent(first, last, false);
+            }
+        } else {
+            writeBlock(it.currentBlock(), false, false);
+        }
+    }
+}
+
+void RtfWriter::writeFrameContent(const QTextBlock& first, const QTextBlock& last, bool inTable)
+{
+    for (QTextBlock block = first; block.isValid(); block = block.next()) {
+        const bool isLast = block == last;
+        writeBlock(block, inTable, inTable && isLast);
+        if (isLast) {
+            break;
+        }
+    }
+}
+
+void RtfWriter::writeTable(const QTextTable* table)
+{
+    const QTextTableFormat format = table->format();
+    const int columns = table->columns();
+    const int rows = table->rows();
+
+    // Column widths in twips.
+    const QList<QTextLength> constraints = format.columnWidthConstraints();
+    const int available = std::max(1440, m_layout.textWidth() - twips(format.leftMargin()));
+    std::vector<int> widths(std::size_t(columns), 0);
+    int fixed = 0;
+    int variable = 0;
+    for (int c = 0; c < columns; ++c) {
+        const QTextLength length = c < constraints.size() ? constraints[c] : QTextLength();
+        if (length.type() == QTextLength::FixedLength) {
+            widths[std::size_t(c)] = std::max(60, twips(length.rawValue()));
+        } else if (length.type() == QTextLength::PercentageLength) {
+            widths[std::size_t(c)] = std::max(60, int(available * length.rawValue() / 100.0));
+        } else {
+            ++variable;
+            continue;
+        }
+        fixed += widths[std::size_t(c)];
+    }
+    if (variable > 0) {
+        const int share = std::max(600, (available - fixed) / variable);
+        for (int& w : widths) {
+            if (w == 0) {
+                w = share;
+            }
+        }
+    }
+
+    const int gap = std::clamp(twips(format.cellPadding()), 0, 1440);
+    const int left = std::clamp(twips(format.leftMargin()), 0, 31680);
+    const bool tableBorder =
+        format.border() > 0 && format.borderStyle() != QTextFrameFormat::BorderStyle_None;
+    const int tableBorderWidth = std::clamp(twips(format.border()), 1, 1440);
+    const int tableBorderColour = format.hasProperty(QTextFormat::FrameBorderBrush)
+                                      ? colourNumber(format.borderBrush().color())
+                                      : 0;
+
+    for (int r = 0; r < rows; ++r) {
+        raw("\\trowd");
+        word("trgaph", gap);
+        word("trleft", left);
+        if (format.alignment() & Qt::AlignHCenter) {
+            word("trqc");
+        } else if (format.alignment() & Qt::AlignRight) {
+            word("trqr");
+        }
+        if (r < format.headerRowCount()) {
+            word("trhdr");
+        }
+        int x = left;
+        for (int c = 0; c < columns;) {
+            const QTextTableCell cell = table->cellAt(r, c);
+            const int span = std::max(1, cell.columnSpan());
+            if (cell.rowSpan() > 1) {
+                word(cell.row() == r ? "clvmgf" : "clvmrg");
+            }
+            const QTextTableCellFormat cf = cell.format().toTableCellFormat();
+            if (cf.verticalAlignment() == QTextCharFormat::AlignMiddle) {
+                word("clvertalc");
+            } else if (cf.verticalAlignment() == QTextCharFormat::AlignBottom) {
+                word("clvertalb");
+            }
+            struct Side
+            {
+                const char* name;
+                int width;
+                int style;
+                int brush;
+            };
+            const Side sides[] = {
+                {"clbrdrt", QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
+                 QTextFormat::TableCellTopBorderBrush},
+                {"clbrdrl", QTextFormat::TableCellLeftBorder, QTextFormat::TableCellLeftBorderStyle,
+                 QTextFormat::TableCellLeftBorderBrush},
+                {"clbrdrb", QTextFormat::TableCellBottomBorder,
+                 QTextFormat::TableCellBottomBorderStyle, QTextFormat::TableCellBottomBorderBrush},
+                {"clbrdrr", QTextFormat::TableCellRightBorder,
+                 QTextFormat::TableCellRightBorderStyle, QTextFormat::TableCellRightBorderBrush},
+            };
+            for (const Side& side : sides) {
+                int width = 0;
+                int style = QTextFrameFormat::BorderStyle_Solid;
+                int colour = tableBorderColour;
+                if (cf.hasProperty(side.width)) {
+                    width = cf.doubleProperty(side.width) > 0
+                                ? std::clamp(twips(cf.doubleProperty(side.width)), 1, 1440)
+                                : 0;
+                    if (cf.hasProperty(side.style)) {
+                        style = cf.intProperty(side.style);
+                    }
+                    if (cf.hasProperty(side.brush)) {
+                        colour = colourNumber(cf.brushProperty(side.brush).color());
+                    }
+                } else if (tableBorder) {
+                    width = tableBorderWidth;
+                    style = format.borderStyle();
+                }
+                if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
+                    continue;
+                }
+                word(side.name);
+                switch (style) {
+                case QTextFrameFormat::BorderStyle_Dotted:
+                    word("brdrdot");
+                    break;
+                case QTextFrameFormat::BorderStyle_Dashed:
+                case QTextFrameFormat::BorderStyle_DotDash:
+                case QTextFrameFormat::BorderStyle_DotDotDash:
+                    word("brdrdash");
+                    break;
+                case QTextFrameFormat::BorderStyle_Double:
+                    word("brdrdb");
+                    break;
+                default:
+                    word("brdrs");
+                    break;
+                }
+                word("brdrw", width);
+                if (colour > 0) {
+                    word("brdrcf", colour);
+                }
+            }
+            if (cf.hasProperty(QTextFormat::BackgroundBrush) &&
+                cf.background().style() != Qt::NoBrush) {
+                word("clcbpat", colourNumber(cf.background().color()));
+            }
+            for (int k = 0; k < span && c + k < columns; ++k) {
+                x += widths[std::size_t(c + k)];
+            }
+            word("cellx", x);
+            c += span;
+        }
+        raw("\n");
+        m_delimit = false;
+        for (int c = 0; c < columns;) {
+            const QTextTableCell cell = table->cellAt(r, c);
+            const int span = std::max(1, cell.columnSpan());
+            if (cell.row() != r) {
+                // Covered by the cell above (a vertical merge): an empty cell.
+                raw("\\pard\\intbl\\cell\n");
+                m_delimit = false;
+            } else {
+                const QTextBlock first = m_document.findBlock(cell.firstPosition());
+                const QTextBlock last = m_document.findBlock(cell.lastPosition());
+                writeFrameContent(first, last, true);
+            }
+            c += span;
+        }
+        raw("\\row\n");
+        m_delimit = false;
+    }
+}
+
+void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCell)
+{
+    const QTextBlockFormat bf = block.blockFormat();
+    raw("\\pard");
+    m_delimit = true;
+    if (inTable) {
+        word("intbl");
+    }
+    const Qt::Alignment align = bf.alignment() & Qt::AlignHorizontal_Mask;
+    if (align & Qt::AlignHCenter) {
+        word("qc");
+    } else if (align & (Qt::AlignRight | Qt::AlignTrailing)) {
+        word("qr");
+    } else if (align & Qt::AlignJustify) {
+        word("qj");
+    }
+    const QTextList* list = block.textList();
+    int left = twips(bf.leftMargin());
+    int first = twips(bf.textIndent());
+    if (list) {
+        const int level = std::clamp(list->format().indent(), 1, 9) - 1;
+        word("ls", m_lists.value(list));
+        word("ilvl", std::clamp(list->format().indent(), 1, 9) == 1 ? 0 : level);
+        left += kListIndentTwips * (level + 1);
+        first = -360;
+    } else if (bf.indent() > 0) {
+        left += twips(bf.indent() * m_document.indentWidth());
+    }
+    if (left != 0) {
+        word("li", std::clamp(left, -31680, 31680));
+    }
+    if (first != 0) {
+        word("fi", std::clamp(first, -31680, 31680));
+    }
+    if (bf.rightMargin() != 0) {
+        word("ri", std::clamp(twips(bf.rightMargin()), -31680, 31680));
+    }
+    if (bf.topMargin() > 0) {
+        word("sb", std::clamp(twips(bf.topMargin()), 0, 31680));
+    }
+    if (bf.bottomMargin() > 0) {
+        word("sa", std::clamp(twips(bf.bottomMargin()), 0, 31680));
+    }
+    switch (bf.lineHeightType()) {
+    case QTextBlockFormat::ProportionalHeight:
+        if (bf.lineHeight() > 0 && std::abs(bf.lineHeight() - 100) > 0.01) {
+            word("sl", std::clamp(int(std::lround(bf.lineHeight() * 240 / 100)), 1, 31680));
+            word("slmult", 1);
+        }
+        break;
+    case QTextBlockFormat::FixedHeight:
+        word("sl", -std::clamp(twips(bf.lineHeight()), 1, 31680));
+        word("slmult", 0);
+        break;
+    case QTextBlockFormat::MinimumHeight:
+        word("sl", std::clamp(twips(bf.lineHeight()), 1, 31680));
+        word("slmult", 0);
+        break;
+    default:
+        break;
+    }
+    for (const QTextOption::Tab& tab : bf.tabPositions()) {
+        switch (tab.type) {
+        case QTextOption::RightTab:
+            word("tqr");
+            break;
+        case QTextOption::CenterTab:
+            word("tqc");
+            break;
+        case QTextOption::DelimiterTab:
+            word("tqdec");
+            break;
+        default:
+            break;
+        }
+        word("tx", std::clamp(twips(tab.position), 0, 31680));
+    }
+    if (bf.hasProperty(QTextFormat::BackgroundBrush) && bf.background().style() != Qt::NoBrush) {
+        word("cbpat", colourNumber(bf.background().color()));
+    }
+    const int sides = bf.intProperty(TextProperty::BorderSides);
+    if (sides != 0) {
+        const int width = std::clamp(bf.hasProperty(TextProperty::BorderWidth)
+                                         ? bf.intProperty(TextProperty::BorderWidth)
+                                         : 15,
+                                     1, 1440);
+        const int style = bf.hasProperty(TextProperty::BorderStyle)
+                              ? bf.intProperty(TextProperty::BorderStyle)
+                              : int(QTextFrameFormat::BorderStyle_Solid);
+        const int spacing = std::clamp(bf.intProperty(TextProperty::BorderSpacing), 0, 1440);
+        const QColor colour = bf.property(TextProperty::BorderColour).value<QColor>();
+        const std::pair<int, const char*> names[] = {{BorderSide::Top, "brdrt"},
+                                                     {BorderSide::Left, "brdrl"},
+                                                     {BorderSide::Bottom, "brdrb"},
+                                                     {BorderSide::Right, "brdrr"}};
+        for (const auto& [bit, name] : names) {
+            if (!(sides & bit)) {
+                continue;
+            }
+            word(name);
+            switch (style) {
+            case QTextFrameFormat::BorderStyle_Dotted:
+                word("brdrdot");
+                break;
+            case QTextFrameFormat::BorderStyle_Dashed:
+                word("brdrdash");
+                break;
+            case QTextFrameFormat::BorderStyle_Double:
+                word("brdrdb");
+                break;
+            default:
+                word("brdrs");
+                break;
+            }
+            word("brdrw", width);
+            if (spacing > 0) {
+                word("brsp", spacing);
+            }
+            if (colour.isValid()) {
+                word("brdrcf", colourNumber(colour));
+            }
+        }
+    }
+    if (bf.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore) {
+        word("pagebb");
+    }
+    if (bf.nonBreakableLines()) {
+        word("keep");
+    }
+    if (bf.headingLevel() > 0 && bf.headingLevel() <= 6) {
+        word("outlinelevel", bf.headingLevel() - 1);
+    }
+    if (list) {
+        // The marker as text, for readers without list tables.
+        QString marker;
+        switch (list->format().style()) {
+        case QTextListFormat::ListDisc:
+            marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListCircle:
+            marker = QStringLiteral("o");
+            break;
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x25AA);
+            break;
+        default:
+            marker = list->itemText(block);
+            break;
+        }
+        raw("{\\listtext\\pard\\plain");
+        m_delimit = true;
+        word("f", 0);
+        word("fs", m_current.halfPoints);
+        text(marker);
+        word("tab");
+        raw("}");
+        m_delimit = false;
+    }
+
+    if (block.length() <= 1) {
+        writeCharDiff(charProps(block.charFormat()));
+    }
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        writeFragment(it.fragment());
+    }
+    closeLink();
+    word(lastInCell ? "cell" : "par");
+    raw("\n");
+    m_delimit = false;
+}
+
+void RtfWriter::writeFragment(const QTextFragment& fragment)
+{
+    const QTextCharFormat format = fragment.charFormat();
+    if (format.isAnchor() && !format.anchorNames().isEmpty()) {
+        updateBookmarks(format.anchorNames());
+    } else {
+        updateBookmarks({});
+    }
+    const QString href = format.isAnchor() ? format.anchorHref() : QString();
+    if (href != m_link) {
+        closeLink();
+        if (!href.isEmpty()) {
+            openLink(href);
+        }
+    }
+
+    const QString content = fragment.text();
+    if (HiddenTextObject::isHidden(format)) {
+        const QString hidden = HiddenTextObject::text(format);
+        for (qsizetype i = 0; i < content.size(); ++i) {
+            const CharProps saved = m_current;
+            raw("{");
+            word("v");
+            writeCharDiff(charProps(format));
+            text(hidden);
+            raw("}");
+            m_delimit = false;
+            m_current = saved;
+        }
+        return;
+    }
+    if (format.isImageFormat()) {
+        for (qsizetype i = 0; i < content.size(); ++i) {
+            writePicture(format);
+        }
+        return;
+    }
+    writeCharDiff(charProps(format));
+    QString visible = content;
+    visible.remove(QChar::ObjectReplacementCharacter);
+    text(visible);
+}
+
+void RtfWriter::writePicture(const QTextCharFormat& format)
+{
+    const QTextImageFormat image = format.toImageFormat();
+    const QByteArray original = image.property(TextProperty::PictureData).toByteArray();
+    const QString header = image.stringProperty(TextProperty::PictureHeader);
+    QByteArray data;
+    QByteArray description;
+    const QImage picture = DocumentPictures::image(m_document, image);
+    if (!original.isEmpty() && !header.isEmpty()) {
+        data = original;
+        description = header.toLatin1();
+    } else {
+        if (picture.isNull()) {
+            return;
+        }
+        QBuffer buffer(&data);
+        buffer.open(QIODevice::WriteOnly);
+        picture.save(&buffer, "PNG");
+        description = "\\pngblip\\picw" + QByteArray::number(picture.width()) + "\\pich" +
+                      QByteArray::number(picture.height());
+    }
+    qreal width = image.width();
+    qreal height = image.height();
+    if (width <= 0 || height <= 0) {
+        width = picture.width();
+        height = picture.height();
+    }
+    raw("{\\pict");
+    m_out.append(description);
+    m_delimit = !description.isEmpty();
+    if (width > 0 && height > 0) {
+        word("picwgoal", std::clamp(twips(width), 1, 31680 * 4));
+        word("pichgoal", std::clamp(twips(height), 1, 31680 * 4));
+    }
+    raw("\n");
+    const qsizetype start = m_out.size();
+    m_out.resize(start + data.size() * 2 + data.size() / 64 + 1);
+    char* out = m_out.data() + start;
+    for (qsizetype i = 0; i < data.size(); ++i) {
+        const auto b = quint8(data[i]);
+        *out++ = kHex[b >> 4];
+        *out++ = kHex[b & 0xF];
+        if ((i & 63) == 63) {
+            *out++ = '\n';
+        }
+    }
+    m_out.resize(out - m_out.data());
+    raw("}");
+    m_delimit = false;
+}
+
+RtfWriter::CharProps RtfWriter::charProps(const QTextCharFormat& format)
+{
+    CharProps p;
+    const QStringList families = familiesOf(format);
+    p.font = families.isEmpty() || families.first().isEmpty() ? 0 : fontIndex(families.first());
+    if (format.hasProperty(QTextFormat::FontPointSize) && format.fontPointSize() > 0) {
+        p.halfPoints = std::clamp(int(std::lround(format.fontPointSize() * 2)), 2, 3276);
+    } else if (format.hasProperty(QTextFormat::FontPixelSize) &&
+               format.intProperty(QTextFormat::FontPixelSize) > 0) {
+        p.halfPoints = std::clamp(
+            int(std::lround(format.intProperty(QTextFormat::FontPixelSize) * 1.5)), 2, 3276);
+    } else {
+        p.halfPoints = m_defaultHalfPoints;
+    }
+    p.bold = format.hasProperty(QTextFormat::FontWeight) && format.fontWeight() >= QFont::DemiBold;
+    p.italic = format.fontItalic();
+    p.strike = format.fontStrikeOut();
+    switch (format.underlineStyle()) {
+    case QTextCharFormat::NoUnderline:
+        p.underline = 0;
+        break;
+    case QTextCharFormat::DotLine:
+        p.underline = 2;
+        break;
+    case QTextCharFormat::DashUnderline:
+    case QTextCharFormat::DashDotLine:
+    case QTextCharFormat::DashDotDotLine:
+        p.underline = 3;
+        break;
+    case QTextCharFormat::WaveUnderline:
+    case QTextCharFormat::SpellCheckUnderline:
+        p.underline = 4;
+        break;
+    default:
+        p.underline = 1;
+        break;
+    }
+    if (format.fontUnderline() && p.underline == 0) {
+        p.underline = 1;
+    }
+    if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript) {
+        p.vertical = 1;
+    } else if (format.verticalAlignment() == QTextCharFormat::AlignSubScript) {
+        p.vertical = 2;
+    }
+    if (format.fontCapitalization() == QFont::AllUppercase) {
+        p.caps = 1;
+    } else if (format.fontCapitalization() == QFont::SmallCaps) {
+        p.caps = 2;
+    }
+    if (format.hasProperty(QTextFormat::ForegroundBrush) &&
+        format.foreground().style() != Qt::NoBrush) {
+        p.foreground = colourNumber(format.foreground().color());
+    }
+    if (format.hasProperty(QTextFormat::BackgroundBrush) &&
+        format.background().style() != Qt::NoBrush) {
+        p.background = colourNumber(format.background().color());
+    }
+    if (format.hasProperty(QTextFormat::FontLetterSpacing) &&
+        format.fontLetterSpacingType() == QFont::AbsoluteSpacing) {
+        p.spacing = std::clamp(twips(format.fontLetterSpacing()), -1440, 1440);
+    }
+    return p;
+}
+
+void RtfWriter::writeCharDiff(const CharProps& t)
+{
+    CharProps& c = m_current;
+    if (t.font != c.font) {
+        word("f", t.font);
+    }
+    if (t.halfPoints != c.halfPoints) {
+        word("fs", t.halfPoints);
+    }
+    if (t.bold != c.bold) {
+        t.bold ? word("b") : word("b", 0);
+    }
+    if (t.italic != c.italic) {
+        t.italic ? word("i") : word("i", 0);
+    }
+    if (t.strike != c.strike) {
+        t.strike ? word("strike") : word("strike", 0);
+    }
+    if (t.underline != c.underline) {
+        static const char* const underline[] = {"ulnone", "ul", "uld", "uldash", "ulwave"};
+        word(underline[std::clamp(t.underline, 0, 4)]);
+    }
+    if (t.vertical != c.vertical) {
+        word(t.vertical == 1 ? "super" : t.vertical == 2 ? "sub" : "nosupersub");
+    }
+    if (t.caps != c.caps) {
+        if (c.caps == 1) {
+            word("caps", 0);
+        } else if (c.caps == 2) {
+            word("scaps", 0);
+        }
+        if (t.caps == 1) {
+            word("caps");
+        } else if (t.caps == 2) {
+            word("scaps");
+        }
+    }
+    if (t.foreground != c.foreground) {
+        word("cf", t.foreground);
+    }
+    if (t.background != c.background) {
+        word("chcbpat", t.background);
+    }
+    if (t.spacing != c.spacing) {
+        word("expndtw", t.spacing);
+    }
+    c = t;
+}
+
+void RtfWriter::openLink(const QString& href)
+{
+    m_beforeLink = m_current;
+    m_link = href;
+    raw("{\\field{\\*\\fldinst{HYPERLINK ");
+    m_delimit = false;
+    auto quoted = [this](QString value) {
+        value.replace(QLatin1Char('"'), QLatin1String("%22"));
+        raw("\"");
+        text(value);
+        raw("\"");
+        m_delimit = false;
+    };
+    if (href.startsWith(QLatin1Char('#'))) {
+        raw("\\\\l ");
+        quoted(href.mid(1));
+    } else {
+        quoted(href);
+    }
+    raw("}}{\\fldrslt{");
+    m_delimit = false;
+}
+
+void RtfWriter::closeLink()
+{
+    if (m_link.isEmpty()) {
+        return;
+    }
+    raw("}}}");
+    m_delimit = false;
+    m_link.clear();
+    m_current = m_beforeLink;
+}
+
+void RtfWriter::updateBookmarks(const QStringList& names)
+{
+    for (qsizetype i = m_openBookmarks.size() - 1; i >= 0; --i) {
+        if (!names.contains(m_openBookmarks[i])) {
+            raw("{\\*\\bkmkend ");
+            m_delimit = false;
+            text(m_openBookmarks[i]);
+            raw("}");
+            m_delimit = false;
+            m_openBookmarks.removeAt(i);
+        }
+    }
+    for (const QString& name : names) {
+        if (!m_openBookmarks.contains(name) && !name.isEmpty()) {
+            raw("{\\*\\bkmkstart ");
+            m_delimit = false;
+            text(name);
+            raw("}");
+            m_delimit = false;
+            m_openBookmarks << name;
+        }
+    }
+}
+
+void RtfWriter::closeBookmarks()
+{
+    updateBookmarks({});
+}
+
+void RtfWriter::word(const char* controlWord)
+{
+    m_out.append('\\');
+    m_out.append(controlWord);
+    m_delimit = true;
+}
+
+void RtfWriter::word(const char* controlWord, int parameter)
+{
+    m_out.append('\\');
+    m_out.append(controlWord);
+    m_out.append(QByteArray::number(parameter));
+    m_delimit = true;
+}
+
+void RtfWriter::text(QStringView value)
+{
+    for (const QChar ch : value) {
+        const char16_t u = ch.unicode();
+        if (u >= 0x20 && u < 0x80) {
+            if (m_delimit) {
+                m_out.append(' ');
+                m_delimit = false;
+            }
+            if (u == '\\' || u == '{' || u == '}') {
+                m_out.append('\\');
+            }
+            m_out.append(char(u));
+            continue;
+        }
+        switch (u) {
+        case u'\t':
+            word("tab");
+            continue;
+        case 0x2028:
+        case 0x2029:
+        case u'\n':
+            word("line");
+            continue;
+        case 0x00A0:
+            raw("\\~");
+            m_delimit = false;
+            continue;
+        case 0x00AD:
+            raw("\\-");
+            m_delimit = false;
+            continue;
+        case 0x2011:
+            raw("\\_");
+            m_delimit = false;
+            continue;
+        case QChar::ObjectReplacementCharacter:
+            continue;
+        default:
+            break;
+        }
+        if (u < 0x20) {
+            continue;
+        }
+        const int b = cp1252Byte(u);
+        if (b >= 0) {
+            m_out.append("\\'");
+            m_out.append(kHex[b >> 4]);
+            m_out.append(kHex[b & 0xF]);
+            m_delimit = false;
+            continue;
+        }
+        m_out.append("\\u");
+        m_out.append(QByteArray::number(int(qint16(u))));
+        m_out.append('?');
+        m_delimit = false;
+    }
+}
+
+} // namespace kestrum::text

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "editors/text/ColourTable.h"
+#include "editors/text/PageLayout.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+class QTextBlock;
+class QTextCharFormat;
+class QTextDocument;
+class QTextFragment;
+class QTextList;
+class QTextTable;
+
+namespace kestrum::text {
+
+// Writes a QTextDocument as RTF 1.x that word processors open: a font table, the document's
+// colour table (so colour numbers are kept), list tables, paragraphs with their formats, tables
+// with merged cells, shading and borders, pictures (their original bytes when they were read
+// from RTF, PNG otherwise), hyperlinks as HYPERLINK fields, bookmarks, hidden text, the page
+// size and margins. Text is 7-bit: Windows-1252 characters as \'hh, the rest as \uN.
+class RtfWriter
+{
+public:
+    RtfWriter(const QTextDocument& document, const ColourTable& colours, const PageLayout& layout);
+
+    QByteArray write();
+    // The colour table after writing: the document's, with any colour found in it entered.
+    const ColourTable& colours() const { return m_colours; }
+
+    // An empty document in the default font, for pages that were never filled.
+    static QByteArray emptyDocument(const PageLayout& layout);
+
+private:
+    struct CharProps
+    {
+        int font = 0;
+        int halfPoints = 24;
+        bool bold = false;
+        bool italic = false;
+        bool strike = false;
+        int underline = 0;
+        int vertical = 0;
+        int caps = 0;
+        int foreground = 0;
+        int background = 0;
+        int spacing = 0;
+    };
+
+    void collect();
+    void collectFormat(const QTextCharFormat& format);
+    void writeHeader();
+    void writeFrameContent(const QTextBlock& first, const QTextBlock& last, bool inTable);
+    void writeRootFrame();
+    void writeTable(const QTextTable* table);
+    void writeBlock(const QTextBlock& block, bool inTable, bool lastInCell);
+    void writeFragment(const QTextFragment& fragment);
+    void writePicture(const QTextCharFormat& format);
+    void writeCharDiff(const CharProps& target);
+    CharProps charProps(const QTextCharFormat& format);
+    void openLink(const QString& href);
+    void closeLink();
+    void updateBookmarks(const QStringList& names);
+    void closeBookmarks();
+    void word(const char* controlWord);
+    void word(const char* controlWord, int parameter);
+    void text(QStringView text);
+    // Bytes as they are; a control word at their end needs m_delimit set by the caller.
+    void raw(const char* bytes)
+    {
+        m_out.append(bytes);
+        m_delimit = false;
+    }
+    int colourNumber(const QColor& colour);
+    int fontIndex(const QString& family);
+    QString defaultFamily() const;
+
+    const QTextDocument& m_document;
+    ColourTable m_colours;
+    PageLayout m_layout;
+    QByteArray m_out;
+    bool m_delimit = false;
+
+    QStringList m_fonts;
+    QHash<QString, int> m_fontIndex;
+    QHash<const QTextList*, int> m_lists; // list -> \ls number
+    QList<const QTextList*> m_listOrder;
+    int m_defaultHalfPoints = 22;
+
+    CharProps m_current;
+    QString m_link;
+    CharProps m_beforeLink;
+    QStringList m_openBookmarks;
+};
+
+} // namespace kestrum::text

@@ -1,0 +1,1393 @@
+#include "TRMWPEditor.h"
+
+#include "app/Dialogs.h"
+#include "editors/text/ColourSelector.h"
+#include "editors/text/ColourTable.h"
+#include "editors/text/TextExporter.h"
+#include "editors/text/TextPageDocument.h"
+#include "editors/text/TextProperties.h"
+#include "editors/text/WPBordersDialog.h"
+#include "editors/text/WPBulletsDialog.h"
+#include "editors/text/WPFindDialog.h"
+#include "editors/text/WPIcons.h"
+#include "editors/text/WPPageSetupDialog.h"
+#include "editors/text/WPParagraphDialog.h"
+#include "editors/text/WPRuler.h"
+#include "editors/text/WPTabStopsDialog.h"
+#include "editors/text/WPTableDialog.h"
+#include "editors/text/WPView.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QFontComboBox>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextList>
+#include <QTextTable>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace kestrum::text {
+
+namespace {
+
+constexpr const char* kEnglish = "kestrumEnglishCaption";
+
+// The wait cursor for the length of a scope.
+class WaitCursor
+{
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+const QStringList& importFilters()
+{
+    static const QStringList filters = {
+        QStringLiteral("Rich Text Format (*.rtf)"),
+        QStringLiteral("HTML (*.htm *.html)"),
+        QStringLiteral("Plain text (*.txt)"),
+        QStringLiteral("Word processor documents (*.doc *.docx *.odt *.wpd)"),
+        QStringLiteral("All files (*)"),
+    };
+    return filters;
+}
+
+struct ExportFilter
+{
+    const char* label;
+    const char* suffix;
+    TextExporter::Format format;
+};
+
+constexpr ExportFilter kExportFilters[] = {
+    {"Rich Text Format (*.rtf)", "rtf", TextExporter::Format::Rtf},
+    {"HTML (*.htm *.html)", "html", TextExporter::Format::Html},
+    {"Plain text (*.txt)", "txt", TextExporter::Format::PlainText},
+    {"OpenDocument Text (*.odt)", "odt", TextExporter::Format::Odt},
+};
+
+} // namespace
+
+TRMWPEditor::TRMWPEditor(QWidget* parent)
+    : app::EditorPanel(parent), m_document(new TextPageDocument(this)), m_view(new WPView(this)),
+      m_ruler(new WPRuler(m_view, this)), m_toolBar(new QToolBar(this)),
+      m_fontName(new QFontComboBox(this)), m_fontSize(new QComboBox(this)),
+      m_panel1(new QWidget(this)), m_actionList(new QObject(this)), m_popup(new QMenu(this)),
+      m_tableMenu(nullptr), m_fontColour(new ColourSelector(ColourSelector::Kind::Text,
+                                                            QStringLiteral("Font colour"), this)),
+      m_backColour(new ColourSelector(ColourSelector::Kind::Background,
+                                      QStringLiteral("Background colour"), this))
+{
+    setObjectName(QStringLiteral("TRMWPEditor"));
+    m_actionList->setObjectName(QStringLiteral("ActionList1"));
+    m_popup->setObjectName(QStringLiteral("MemoPopup2"));
+    m_panel1->setObjectName(QStringLiteral("Panel1"));
+    m_panel1->hide();
+    m_toolBar->setObjectName(QStringLiteral("WPToolBar1"));
+    m_fontName->setObjectName(QStringLiteral("WPFontName"));
+    m_fontSize->setObjectName(QStringLiteral("WPFontSize"));
+    m_fontColour->setObjectName(QStringLiteral("WPFontColor"));
+    m_backColour->setObjectName(QStringLiteral("WPBackGroundColor"));
+    m_fontColour->setProperty(kEnglish, QStringLiteral("Font colour"));
+    m_backColour->setProperty(kEnglish, QStringLiteral("Background colour"));
+
+    m_view->setPageDocument(m_document);
+
+    // The font toolbar: font name and size only; enabled with the editor.
+    m_fontSize->setEditable(true);
+    for (int size : {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 28, 32, 36, 48, 72}) {
+        m_fontSize->addItem(QString::number(size));
+    }
+    m_fontSize->setMinimumContentsLength(3);
+    m_toolBar->addWidget(m_fontName);
+    m_toolBar->addWidget(m_fontSize);
+    m_toolBar->setIconSize(QSize(16, 16));
+    m_toolBar->setEnabled(false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_panel1);
+    layout->addWidget(m_toolBar);
+    layout->addWidget(m_ruler);
+    layout->addWidget(m_view, 1);
+
+    createActions();
+    createMenus();
+
+    connect(m_fontName, &QFontComboBox::currentFontChanged, this, [this](const QFont& font) {
+        if (m_updatingFormat) {
+            return;
+        }
+        QTextCharFormat format;
+        format.setFontFamilies({font.family()});
+        mergeFormat(format);
+        m_view->setFocus();
+    });
+    connect(m_fontSize, &QComboBox::textActivated, this, [this](const QString& text) {
+        bool ok = false;
+        const double size = text.toDouble(&ok);
+        if (ok && size >= 1 && size <= 1638) {
+            QTextCharFormat format;
+            format.setFontPointSize(size);
+            mergeFormat(format);
+            m_view->setFocus();
+        }
+    });
+    connect(m_fontColour, &ColourSelector::colourSelected, this,
+            &TRMWPEditor::WPFontColorSelectColor);
+    connect(m_backColour, &ColourSelector::colourSelected, this,
+            &TRMWPEditor::WPBackGroundColorSelectColor);
+    connect(m_view, &QTextEdit::currentCharFormatChanged, this, [this] {
+        WPViewCharacterAttrChange();
+        updateFormatActions();
+    });
+    connect(m_view, &QTextEdit::cursorPositionChanged, this, [this] {
+        updateFormatActions();
+        updateEditActions();
+    });
+    connect(m_view, &QTextEdit::copyAvailable, this, [this] { updateEditActions(); });
+    connect(m_view->document(), &QTextDocument::undoAvailable,
+            m_actions.value(QStringLiteral("WPUndo")), &QAction::setEnabled);
+    connect(m_view->document(), &QTextDocument::redoAvailable,
+            m_actions.value(QStringLiteral("WPRedo")), &QAction::setEnabled);
+    if (QClipboard* clipboard = QGuiApplication::clipboard()) {
+        connect(clipboard, &QClipboard::dataChanged, this, [this] { updateEditActions(); });
+    }
+    connect(m_document, &TextPageDocument::loaded, this, [this] {
+        updateFormatActions();
+        updateEditActions();
+        WPViewCharacterAttrChange();
+    });
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_view, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& pos) { m_popup->popup(m_view->viewport()->mapToGlobal(pos)); });
+
+    updateFormatActions();
+    updateEditActions();
+    WPViewCharacterAttrChange();
+}
+
+TRMWPEditor::~TRMWPEditor() = default;
+
+store::PageDocument& TRMWPEditor::document()
+{
+    return *m_document;
+}
+
+// ---- actions -----------------------------------------------------------------------------------
+
+template <typename Slot>
+QAction* TRMWPEditor::makeAction(const char* name, const char* caption, Slot slot,
+                                 const QKeySequence& shortcut, const QString& icon, bool checkable)
+{
+    auto* action = new QAction(QString::fromUtf8(caption), m_actionList);
+    action->setObjectName(QLatin1String(name));
+    action->setProperty(kEnglish, QString::fromUtf8(caption));
+    QString hint = QString::fromUtf8(caption);
+    hint.remove(QStringLiteral("..."));
+    action->setToolTip(hint);
+    action->setStatusTip(hint);
+    if (!shortcut.isEmpty()) {
+        action->setShortcut(shortcut);
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        addAction(action);
+    }
+    if (!icon.isEmpty()) {
+        action->setIcon(WPIcons::icon(icon));
+    }
+    action->setCheckable(checkable);
+    connect(action, &QAction::triggered, this, slot);
+    connect(action, &QAction::enabledChanged, this, &TRMWPEditor::actionsStateChanged);
+    m_actions.insert(action->objectName(), action);
+    return action;
+}
+
+void TRMWPEditor::createActions()
+{
+    makeAction("WPImport", "Import...", &TRMWPEditor::importFile);
+    makeAction("WPExport", "Export...", &TRMWPEditor::exportFile);
+    makeAction("WPFont", "Fonts...", &TRMWPEditor::chooseFont);
+    makeAction("WPParagraph", "Paragraphs...", &TRMWPEditor::paragraphDialog);
+    makeAction("WPBullets", "Bullets...", &TRMWPEditor::bulletsDialog);
+    makeAction("WPTabStops", "Tab stops...", &TRMWPEditor::tabStopsDialog);
+    makeAction("WPPageSetup", "Page setup", &TRMWPEditor::pageSetupDialog);
+    makeAction("WPBorders", "Borders...", &TRMWPEditor::bordersDialog);
+
+    makeAction(
+        "WPUndo", "Undo", [] {}, QKeySequence::Undo, QStringLiteral("undo"));
+    makeAction(
+        "WPRedo", "Redo", [] {}, QKeySequence::Redo, QStringLiteral("redo"));
+    makeAction(
+        "WPCopy", "Copy", [] {}, QKeySequence::Copy, QStringLiteral("copy"));
+    makeAction(
+        "WPCut", "Cut", [] {}, QKeySequence::Cut, QStringLiteral("cut"));
+    makeAction(
+        "WPPaste", "Paste", [] {}, QKeySequence::Paste, QStringLiteral("paste"));
+    makeAction("WPFind", "Find", &TRMWPEditor::find, QKeySequence::Find, QStringLiteral("find"));
+    makeAction("WPReplace", "Replace", &TRMWPEditor::replace, QKeySequence::Replace);
+    makeAction(
+        "WPSelectAll", "Select All", [] {}, QKeySequence::SelectAll);
+    makeAction("WPDeleteText", "Delete Text", &TRMWPEditor::deleteText);
+    // The clipboard and history commands go straight to the view.
+    connect(m_actions.value(QStringLiteral("WPUndo")), &QAction::triggered, m_view,
+            &QTextEdit::undo);
+    connect(m_actions.value(QStringLiteral("WPRedo")), &QAction::triggered, m_view,
+            &QTextEdit::redo);
+    connect(m_actions.value(QStringLiteral("WPCopy")), &QAction::triggered, m_view,
+            &QTextEdit::copy);
+    connect(m_actions.value(QStringLiteral("WPCut")), &QAction::triggered, m_view, &QTextEdit::cut);
+    connect(m_actions.value(QStringLiteral("WPPaste")), &QAction::triggered, m_view,
+            &QTextEdit::paste);
+    connect(m_actions.value(QStringLiteral("WPSelectAll")), &QAction::triggered, m_view,
+            &QTextEdit::selectAll);
+
+    makeAction("WPAlignLeft", "Left", &TRMWPEditor::alignLeft, QKeySequence(Qt::CTRL | Qt::Key_L),
+               QStringLiteral("left"), true);
+    makeAction("WPAlignCenter", "Center", &TRMWPEditor::alignCenter,
+               QKeySequence(Qt::CTRL | Qt::Key_E), QStringLiteral("center"), true);
+    makeAction("WPAlignRight", "Right", &TRMWPEditor::alignRight,
+               QKeySequence(Qt::CTRL | Qt::Key_R), QStringLiteral("right"), true);
+    makeAction("WPAlignJustify", "Justified", &TRMWPEditor::alignJustify,
+               QKeySequence(Qt::CTRL | Qt::Key_J), QStringLiteral("justify"), true);
+    makeAction("WPBulletList", "Bullets", &TRMWPEditor::toggleBullets, {},
+               QStringLiteral("bullets"), true);
+    makeAction("WPNumberList", "Numbers", &TRMWPEditor::toggleNumbers, {},
+               QStringLiteral("numbers"), true);
+    makeAction("WPPriorLevel", "Prior Level", &TRMWPEditor::priorLevel, {},
+               QStringLiteral("outdent"));
+    makeAction("WPNextLevel", "Next Level", &TRMWPEditor::nextLevel, {}, QStringLiteral("indent"));
+
+    makeAction("WPOpen", "Open", &TRMWPEditor::openFile);
+    makeAction("WPSave", "Save", &TRMWPEditor::saveFile);
+    makeAction("WPNew", "New", &TRMWPEditor::newDocument);
+
+    makeAction("WPBold", "Bold", &TRMWPEditor::toggleBold, QKeySequence::Bold,
+               QStringLiteral("bold"), true);
+    makeAction("WPItalic", "Italic", &TRMWPEditor::toggleItalic, QKeySequence::Italic,
+               QStringLiteral("italic"), true);
+    makeAction("WPUnderline", "Underlined", &TRMWPEditor::toggleUnderline, QKeySequence::Underline,
+               QStringLiteral("underline"), true);
+    makeAction("WPStrikeOut", "Strike Out", &TRMWPEditor::toggleStrikeOut, {},
+               QStringLiteral("strike"), true);
+    makeAction("WPSubscript", "Subscript", &TRMWPEditor::toggleSubscript, {},
+               QStringLiteral("subscript"), true);
+    makeAction("WPSuperscript", "Superscript", &TRMWPEditor::toggleSuperscript, {},
+               QStringLiteral("superscript"), true);
+
+    makeAction("WPPrint", "Print", &TRMWPEditor::print, QKeySequence::Print,
+               QStringLiteral("print"));
+    makeAction("WPPrinterSetup", "Printer Setup", &TRMWPEditor::printerSetup);
+
+    makeAction("WPCreateTable", "Create Table", &TRMWPEditor::createTable, {},
+               QStringLiteral("table"));
+    makeAction("WPInsertRow", "Insert Row", &TRMWPEditor::insertRow);
+    makeAction("WPInsertColumn", "Insert Column", &TRMWPEditor::insertColumn);
+    makeAction("WPDeleteRow", "Delete Row", &TRMWPEditor::deleteRow);
+    makeAction("WPDeleteColumn", "Delete Column", &TRMWPEditor::deleteColumn);
+    makeAction("WPSelectRow", "Select Row", &TRMWPEditor::selectRow);
+    makeAction("WPSelectColumn", "Select Column", &TRMWPEditor::selectColumn);
+
+    makeAction("WPTopBorders", "Top Borders", &TRMWPEditor::topBorders);
+    makeAction("WPBottomBorders", "Bottom Borders", &TRMWPEditor::bottomBorders);
+    makeAction("WPLeftBorders", "Left Borders", &TRMWPEditor::leftBorders);
+    makeAction("WPRightBorders", "Right Borders", &TRMWPEditor::rightBorders);
+    makeAction("WPBordersOn", "Switch Borders On", &TRMWPEditor::bordersOn);
+    makeAction("WPBordersOff", "Switch Borders Off", &TRMWPEditor::bordersOff);
+
+    auto* alignment = new QActionGroup(m_actionList);
+    for (const char* name : {"WPAlignLeft", "WPAlignCenter", "WPAlignRight", "WPAlignJustify"}) {
+        alignment->addAction(m_actions.value(QLatin1String(name)));
+    }
+}
+
+void TRMWPEditor::createMenus()
+{
+    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
+    m_popup->addAction(a("WPCut"));
+    m_popup->addAction(a("WPCopy"));
+    m_popup->addAction(a("WPPaste"));
+    m_popup->addSeparator();
+    m_popup->addAction(a("WPFind"));
+    m_popup->addAction(a("WPReplace"));
+    m_popup->addSeparator();
+    m_popup->addAction(a("WPFont"));
+    m_popup->addAction(a("WPParagraph"));
+    m_popup->addAction(a("WPBorders"));
+    m_popup->addAction(a("WPTabStops"));
+    m_popup->addAction(a("WPBullets"));
+    m_tableMenu = m_popup->addMenu(QStringLiteral("Table"));
+    m_tableMenu->setObjectName(QStringLiteral("MemoPopup2Table"));
+    m_tableMenu->setProperty(kEnglish, QStringLiteral("Table"));
+    m_menus << m_tableMenu;
+    m_tableMenu->addAction(a("WPCreateTable"));
+    m_tableMenu->addSeparator();
+    for (const char* name : {"WPInsertRow", "WPInsertColumn", "WPDeleteRow", "WPDeleteColumn",
+                             "WPSelectRow", "WPSelectColumn"}) {
+        m_tableMenu->addAction(a(name));
+    }
+}
+
+void TRMWPEditor::populateToolBar(QToolBar* toolBar)
+{
+    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
+    toolBar->addAction(a("WPUndo"));
+    toolBar->addAction(a("WPRedo"));
+    toolBar->addSeparator();
+    toolBar->addAction(a("WPCut"));
+    toolBar->addAction(a("WPCopy"));
+    toolBar->addAction(a("WPPaste"));
+    toolBar->addSeparator();
+    toolBar->addAction(a("WPBold"));
+    toolBar->addAction(a("WPItalic"));
+    toolBar->addAction(a("WPUnderline"));
+    toolBar->addSeparator();
+    toolBar->addWidget(m_fontColour);
+    toolBar->addWidget(m_backColour);
+    toolBar->addSeparator();
+    toolBar->addAction(a("WPAlignLeft"));
+    toolBar->addAction(a("WPAlignCenter"));
+    toolBar->addAction(a("WPAlignRight"));
+    toolBar->addAction(a("WPAlignJustify"));
+    toolBar->addSeparator();
+    toolBar->addAction(a("WPBulletList"));
+    toolBar->addAction(a("WPNumberList"));
+    toolBar->addAction(a("WPPriorLevel"));
+    toolBar->addAction(a("WPNextLevel"));
+    toolBar->addSeparator();
+    toolBar->addAction(a("WPCreateTable"));
+    toolBar->addAction(a("WPPrint"));
+}
+
+void TRMWPEditor::populateMenu(QMenu* menu)
+{
+    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
+    auto sub = [this, menu](const char* title) {
+        QMenu* m = menu->addMenu(QString::fromUtf8(title));
+        m->setProperty(kEnglish, QString::fromUtf8(title));
+        m_menus << m;
+        return m;
+    };
+    for (const char* name : {"WPNew", "WPOpen", "WPSave"}) {
+        menu->addAction(a(name));
+    }
+    menu->addSeparator();
+    menu->addAction(a("WPImport"));
+    menu->addAction(a("WPExport"));
+    menu->addSeparator();
+    menu->addAction(a("WPUndo"));
+    menu->addAction(a("WPRedo"));
+    menu->addSeparator();
+    for (const char* name : {"WPCut", "WPCopy", "WPPaste", "WPDeleteText", "WPSelectAll"}) {
+        menu->addAction(a(name));
+    }
+    menu->addSeparator();
+    menu->addAction(a("WPFind"));
+    menu->addAction(a("WPReplace"));
+    menu->addSeparator();
+    for (const char* name :
+         {"WPFont", "WPParagraph", "WPBullets", "WPTabStops", "WPBorders", "WPPageSetup"}) {
+        menu->addAction(a(name));
+    }
+    QMenu* style = sub("Character");
+    for (const char* name :
+         {"WPBold", "WPItalic", "WPUnderline", "WPStrikeOut", "WPSubscript", "WPSuperscript"}) {
+        style->addAction(a(name));
+    }
+    QMenu* alignment = sub("Alignment");
+    for (const char* name : {"WPAlignLeft", "WPAlignCenter", "WPAlignRight", "WPAlignJustify"}) {
+        alignment->addAction(a(name));
+    }
+    QMenu* lists = sub("Lists");
+    for (const char* name : {"WPBulletList", "WPNumberList", "WPPriorLevel", "WPNextLevel"}) {
+        lists->addAction(a(name));
+    }
+    QMenu* table = sub("Table");
+    table->addAction(a("WPCreateTable"));
+    table->addSeparator();
+    for (const char* name : {"WPInsertRow", "WPInsertColumn", "WPDeleteRow", "WPDeleteColumn",
+                             "WPSelectRow", "WPSelectColumn"}) {
+        table->addAction(a(name));
+    }
+    QMenu* borders = sub("Cell and paragraph borders");
+    for (const char* name : {"WPTopBorders", "WPBottomBorders", "WPLeftBorders", "WPRightBorders",
+                             "WPBordersOn", "WPBordersOff"}) {
+        borders->addAction(a(name));
+    }
+    menu->addSeparator();
+    menu->addAction(a("WPPrint"));
+    menu->addAction(a("WPPrinterSetup"));
+    reloadStrings();
+}
+
+QList<QAction*> TRMWPEditor::editorActions() const
+{
+    return m_actionList->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+QAction* TRMWPEditor::editorAction(const QString& name) const
+{
+    return m_actions.value(name);
+}
+
+// ---- state -------------------------------------------------------------------------------------
+
+void TRMWPEditor::showEvent(QShowEvent* event)
+{
+    app::EditorPanel::showEvent(event);
+    // The font toolbar comes alive with the editor.
+    m_toolBar->setEnabled(m_view->isEnabled());
+}
+
+void TRMWPEditor::updateFormatActions()
+{
+    m_updatingFormat = true;
+    const QTextCharFormat format = m_view->currentCharFormat();
+    auto check = [this](const char* name, bool on) {
+        m_actions.value(QLatin1String(name))->setChecked(on);
+    };
+    check("WPBold", format.fontWeight() >= QFont::DemiBold);
+    check("WPItalic", format.fontItalic());
+    check("WPUnderline",
+          format.fontUnderline() || format.underlineStyle() != QTextCharFormat::NoUnderline);
+    check("WPStrikeOut", format.fontStrikeOut());
+    check("WPSubscript", format.verticalAlignment() == QTextCharFormat::AlignSubScript);
+    check("WPSuperscript", format.verticalAlignment() == QTextCharFormat::AlignSuperScript);
+    const Qt::Alignment align = m_view->alignment() & Qt::AlignHorizontal_Mask;
+    check("WPAlignCenter", align & Qt::AlignHCenter);
+    check("WPAlignRight",
+          bool(align & (Qt::AlignRight | Qt::AlignTrailing)) && !(align & Qt::AlignHCenter));
+    check("WPAlignJustify", align & Qt::AlignJustify);
+    check("WPAlignLeft",
+          !(align & (Qt::AlignHCenter | Qt::AlignRight | Qt::AlignTrailing | Qt::AlignJustify)));
+    const QTextList* list = m_view->textCursor().currentList();
+    const int style = list ? int(list->format().style()) : 0;
+    check("WPBulletList", list && style >= QTextListFormat::ListSquare);
+    check("WPNumberList", list && style <= QTextListFormat::ListDecimal);
+
+    const QFont font = format.font();
+    QStringList families = format.property(QTextFormat::FontFamilies).toStringList();
+    m_fontName->setCurrentFont(
+        QFont(families.isEmpty() ? m_view->document()->defaultFont().family() : families.first()));
+    const qreal size = format.fontPointSize() > 0 ? format.fontPointSize()
+                                                  : m_view->document()->defaultFont().pointSizeF();
+    m_fontSize->setEditText(QString::number(size));
+    m_updatingFormat = false;
+}
+
+void TRMWPEditor::updateEditActions()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    const bool selection = cursor.hasSelection();
+    m_actions.value(QStringLiteral("WPCopy"))->setEnabled(selection);
+    m_actions.value(QStringLiteral("WPCut"))->setEnabled(selection && !m_view->isReadOnly());
+    m_actions.value(QStringLiteral("WPDeleteText"))->setEnabled(selection && !m_view->isReadOnly());
+    m_actions.value(QStringLiteral("WPPaste"))->setEnabled(m_view->canPaste());
+    m_actions.value(QStringLiteral("WPUndo"))->setEnabled(m_view->document()->isUndoAvailable());
+    m_actions.value(QStringLiteral("WPRedo"))->setEnabled(m_view->document()->isRedoAvailable());
+    const bool inTable = cursor.currentTable() != nullptr;
+    for (const char* name : {"WPInsertRow", "WPInsertColumn", "WPDeleteRow", "WPDeleteColumn",
+                             "WPSelectRow", "WPSelectColumn"}) {
+        m_actions.value(QLatin1String(name))->setEnabled(inTable);
+    }
+}
+
+void TRMWPEditor::mergeFormat(const QTextCharFormat& format)
+{
+    QTextCursor cursor = m_view->textCursor();
+    if (cursor.hasSelection()) {
+        cursor.mergeCharFormat(format);
+    }
+    m_view->mergeCurrentCharFormat(format);
+    // Without a selection only the text typed next changes; that is an edit of the page too.
+    m_document->notifyChanged();
+}
+
+// ---- colours -----------------------------------------------------------------------------------
+
+void TRMWPEditor::WPFontColorSelectColor(const QColor& colour)
+{
+    if (!colour.isValid()) {
+        return;
+    }
+    ColourTable& table = m_document->colours();
+    const int number = table.enter(colour);
+    QTextCharFormat format;
+    format.setForeground(number > 0 ? table.colour(number) : colour);
+    mergeFormat(format);
+}
+
+void TRMWPEditor::WPBackGroundColorSelectColor(const QColor& colour)
+{
+    if (!colour.isValid()) {
+        return;
+    }
+    ColourTable& table = m_document->colours();
+    // Black is not entered: it sets the background colour number 18.
+    const bool black = colour.red() == 0 && colour.green() == 0 && colour.blue() == 0;
+    const int number = black ? ColourTable::kBlackBackgroundNumber : table.enter(colour);
+    QTextCharFormat format;
+    format.setBackground(number > 0 ? table.colour(number) : colour);
+    mergeFormat(format);
+}
+
+void TRMWPEditor::WPViewCharacterAttrChange()
+{
+    const QTextCharFormat format = m_view->currentCharFormat();
+    QColor text = Qt::black;
+    if (format.hasProperty(QTextFormat::ForegroundBrush) &&
+        format.foreground().style() != Qt::NoBrush) {
+        text = format.foreground().color();
+    }
+    QColor background = Qt::white;
+    if (format.hasProperty(QTextFormat::BackgroundBrush) &&
+        format.background().style() != Qt::NoBrush) {
+        // A colour of its own: the table entry it is, or the colour itself.
+        const int number = m_document->colours().indexOf(format.background().color());
+        background =
+            number > 0 ? m_document->colours().colour(number) : format.background().color();
+    }
+    m_fontColour->setColour(text);
+    m_backColour->setColour(background);
+}
+
+// ---- files -------------------------------------------------------------------------------------
+
+bool TRMWPEditor::loadWithMessage(const QString& path, bool external)
+{
+    QString error;
+    bool ok = false;
+    {
+        WaitCursor wait;
+        WordConverterOptions options = m_document->converterOptions();
+        options.idle = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+        m_document->setConverterOptions(options);
+        ok = external ? m_document->loadExternalFile(path, &error)
+                      : m_document->loadFile(path, &error);
+    }
+    if (!ok) {
+        app::dialogs().warning(this, error);
+        return false;
+    }
+    m_document->notifyChanged();
+    return true;
+}
+
+bool TRMWPEditor::LoadExternalFile(const QString& fileName)
+{
+    return loadWithMessage(fileName, true);
+}
+
+void TRMWPEditor::importFile()
+{
+    app::Dialogs::FileRequest request;
+    request.caption = text("Import...");
+    request.filters = importFilters();
+    const auto choice = app::dialogs().getOpenFileName(this, request);
+    if (choice) {
+        loadWithMessage(choice->fileName, false);
+    }
+}
+
+void TRMWPEditor::openFile()
+{
+    app::Dialogs::FileRequest request;
+    request.caption = text("Open");
+    request.filters = importFilters();
+    const auto choice = app::dialogs().getOpenFileName(this, request);
+    if (choice && loadWithMessage(choice->fileName, false)) {
+        m_fileName = choice->fileName;
+    }
+}
+
+void TRMWPEditor::exportFile()
+{
+    app::Dialogs::FileRequest request;
+    request.caption = text("Export...");
+    for (const ExportFilter& filter : kExportFilters) {
+        request.filters << QLatin1String(filter.label);
+    }
+    request.defaultSuffix = QStringLiteral("rtf");
+    const auto choice = app::dialogs().getSaveFileName(this, request);
+    if (!choice) {
+        return;
+    }
+    QString path = choice->fileName;
+    const int index = std::clamp(choice->filterIndex, 1, int(std::size(kExportFilters))) - 1;
+    TextExporter::Format format = kExportFilters[index].format;
+    if (const auto bySuffix = TextExporter::formatForSuffix(QFileInfo(path).suffix())) {
+        format = *bySuffix;
+    } else {
+        path += QLatin1Char('.') + QLatin1String(kExportFilters[index].suffix);
+    }
+    QString error;
+    WaitCursor wait;
+    if (!m_document->exportFile(path, format, &error)) {
+        app::dialogs().warning(this, error);
+    }
+}
+
+void TRMWPEditor::saveFile()
+{
+    if (m_fileName.isEmpty()) {
+        app::Dialogs::FileRequest request;
+        request.caption = text("Save");
+        request.filters = {QStringLiteral("Rich Text Format (*.rtf)")};
+        request.defaultSuffix = QStringLiteral("rtf");
+        const auto choice = app::dialogs().getSaveFileName(this, request);
+        if (!choice) {
+            return;
+        }
+        m_fileName = choice->fileName;
+    }
+    const auto format = TextExporter::formatForSuffix(QFileInfo(m_fileName).suffix())
+                            .value_or(TextExporter::Format::Rtf);
+    QString error;
+    if (!m_document->exportFile(m_fileName, format, &error)) {
+        app::dialogs().warning(this, error);
+    }
+}
+
+void TRMWPEditor::newDocument()
+{
+    m_document->clear();
+    m_fileName.clear();
+    m_document->notifyChanged();
+}
+
+// ---- dialogs -----------------------------------------------------------------------------------
+
+void TRMWPEditor::chooseFont()
+{
+    const QFont current = m_view->currentCharFormat().font();
+    if (const auto font = app::dialogs().getFont(this, current, text("Fonts..."))) {
+        QTextCharFormat format;
+        format.setFont(*font, QTextCharFormat::FontPropertiesSpecifiedOnly);
+        format.setFontFamilies({font->family()});
+        if (font->pointSizeF() > 0) {
+            format.setFontPointSize(font->pointSizeF());
+        }
+        format.setFontWeight(font->weight());
+        format.setFontItalic(font->italic());
+        format.setFontUnderline(font->underline());
+        format.setFontStrikeOut(font->strikeOut());
+        mergeFormat(format);
+    }
+}
+
+void TRMWPEditor::paragraphDialog()
+{
+    WPParagraphDialog dialog(this);
+    dialog.setWindowTitle(text("Paragraphs"));
+    dialog.setFormat(m_view->textCursor().blockFormat());
+    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+        m_view->textCursor().mergeBlockFormat(dialog.format());
+    }
+}
+
+void TRMWPEditor::bulletsDialog()
+{
+    WPBulletsDialog dialog(this);
+    dialog.setWindowTitle(text("Bullets and numbering"));
+    QTextCursor cursor = m_view->textCursor();
+    const QTextList* list = cursor.currentList();
+    dialog.setListFormat(list ? std::optional<QTextListFormat>(list->format()) : std::nullopt);
+    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+        return;
+    }
+    const std::optional<QTextListFormat> format = dialog.listFormat();
+    QTextDocument* doc = m_view->document();
+    const QTextBlock first = doc->findBlock(cursor.selectionStart());
+    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+    cursor.beginEditBlock();
+    QTextList* created = nullptr;
+    for (QTextBlock block = first; block.isValid(); block = block.next()) {
+        if (QTextList* old = block.textList()) {
+            old->remove(block);
+            QTextCursor c(block);
+            QTextBlockFormat plain = block.blockFormat();
+            plain.setIndent(0);
+            c.setBlockFormat(plain);
+        }
+        if (format) {
+            if (!created) {
+                created = QTextCursor(block).createList(*format);
+            } else {
+                created->add(block);
+            }
+        }
+        if (block == last) {
+            break;
+        }
+    }
+    cursor.endEditBlock();
+}
+
+void TRMWPEditor::tabStopsDialog()
+{
+    WPTabStopsDialog dialog(this);
+    dialog.setWindowTitle(text("Tab stops"));
+    dialog.setTabs(m_view->textCursor().blockFormat().tabPositions());
+    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+        QTextBlockFormat format;
+        format.setTabPositions(dialog.tabs());
+        m_view->textCursor().mergeBlockFormat(format);
+    }
+}
+
+void TRMWPEditor::pageSetupDialog()
+{
+    WPPageSetupDialog dialog(this);
+    dialog.setWindowTitle(text("Page setup"));
+    dialog.setPageLayout(m_document->pageLayout());
+    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+        m_document->setPageLayout(dialog.pageLayout());
+    }
+}
+
+void TRMWPEditor::bordersDialog()
+{
+    WPBordersDialog dialog(this);
+    dialog.setWindowTitle(text("Borders"));
+    const QTextBlockFormat current = m_view->textCursor().blockFormat();
+    WPBordersDialog::Border border;
+    border.sides = current.intProperty(TextProperty::BorderSides);
+    if (current.hasProperty(TextProperty::BorderWidth)) {
+        border.width = current.intProperty(TextProperty::BorderWidth);
+    }
+    if (current.hasProperty(TextProperty::BorderStyle)) {
+        border.style = current.intProperty(TextProperty::BorderStyle);
+    }
+    border.spacing = current.intProperty(TextProperty::BorderSpacing);
+    border.colour = current.property(TextProperty::BorderColour).value<QColor>();
+    dialog.setBorder(border);
+    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+        return;
+    }
+    const WPBordersDialog::Border chosen = dialog.border();
+    QTextBlockFormat format;
+    format.setProperty(TextProperty::BorderSides, chosen.sides);
+    format.setProperty(TextProperty::BorderWidth, chosen.width);
+    format.setProperty(TextProperty::BorderStyle, chosen.style);
+    format.setProperty(TextProperty::BorderSpacing, chosen.spacing);
+    if (chosen.colour.isValid()) {
+        format.setProperty(TextProperty::BorderColour, chosen.colour);
+        m_document->colours().enter(chosen.colour);
+    }
+    QTextCursor cursor = m_view->textCursor();
+    cursor.beginEditBlock();
+    cursor.mergeBlockFormat(format);
+    if (!chosen.colour.isValid()) {
+        // The colour of the text: clear any colour the paragraphs had.
+        const QTextBlock first = m_view->document()->findBlock(cursor.selectionStart());
+        const QTextBlock last = m_view->document()->findBlock(cursor.selectionEnd());
+        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+            QTextBlockFormat f = block.blockFormat();
+            f.clearProperty(TextProperty::BorderColour);
+            QTextCursor(block).setBlockFormat(f);
+            if (block == last) {
+                break;
+            }
+        }
+    }
+    cursor.endEditBlock();
+    m_view->viewport()->update();
+}
+
+// ---- editing -----------------------------------------------------------------------------------
+
+void TRMWPEditor::deleteText()
+{
+    QTextCursor cursor = m_view->textCursor();
+    cursor.removeSelectedText();
+}
+
+void TRMWPEditor::alignLeft()
+{
+    m_view->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+}
+
+void TRMWPEditor::alignCenter()
+{
+    m_view->setAlignment(Qt::AlignHCenter);
+}
+
+void TRMWPEditor::alignRight()
+{
+    m_view->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+}
+
+void TRMWPEditor::alignJustify()
+{
+    m_view->setAlignment(Qt::AlignJustify);
+}
+
+void TRMWPEditor::toggleList(int style)
+{
+    QTextCursor cursor = m_view->textCursor();
+    QTextList* list = cursor.currentList();
+    const bool bullets = style >= QTextListFormat::ListSquare;
+    const bool sameKind =
+        list && ((list->format().style() >= QTextListFormat::ListSquare) == bullets);
+    cursor.beginEditBlock();
+    QTextDocument* doc = m_view->document();
+    const QTextBlock first = doc->findBlock(cursor.selectionStart());
+    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+    if (sameKind) {
+        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+            if (QTextList* l = block.textList()) {
+                l->remove(block);
+                QTextBlockFormat f = block.blockFormat();
+                f.setIndent(0);
+                QTextCursor(block).setBlockFormat(f);
+            }
+            if (block == last) {
+                break;
+            }
+        }
+    } else {
+        QTextListFormat format;
+        format.setStyle(QTextListFormat::Style(style));
+        format.setIndent(list ? list->format().indent() : 1);
+        if (!bullets) {
+            format.setNumberSuffix(QStringLiteral("."));
+        }
+        QTextList* created = nullptr;
+        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+            if (QTextList* old = block.textList()) {
+                old->remove(block);
+            }
+            if (!created) {
+                created = QTextCursor(block).createList(format);
+            } else {
+                created->add(block);
+            }
+            if (block == last) {
+                break;
+            }
+        }
+    }
+    cursor.endEditBlock();
+    updateFormatActions();
+}
+
+void TRMWPEditor::toggleBullets()
+{
+    toggleList(QTextListFormat::ListDisc);
+}
+
+void TRMWPEditor::toggleNumbers()
+{
+    toggleList(QTextListFormat::ListDecimal);
+}
+
+void TRMWPEditor::changeLevel(int delta)
+{
+    QTextCursor cursor = m_view->textCursor();
+    QTextList* list = cursor.currentList();
+    cursor.beginEditBlock();
+    if (list) {
+        QTextListFormat format = list->format();
+        const int indent = std::clamp(format.indent() + delta, 1, 9);
+        if (indent != format.indent()) {
+            format.setIndent(indent);
+            QTextDocument* doc = m_view->document();
+            const QTextBlock first = doc->findBlock(cursor.selectionStart());
+            const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+            QTextList* created = nullptr;
+            for (QTextBlock block = first; block.isValid(); block = block.next()) {
+                if (QTextList* old = block.textList()) {
+                    old->remove(block);
+                }
+                if (!created) {
+                    created = QTextCursor(block).createList(format);
+                } else {
+                    created->add(block);
+                }
+                if (block == last) {
+                    break;
+                }
+            }
+        }
+    } else {
+        QTextBlockFormat format = cursor.blockFormat();
+        format.setIndent(std::clamp(format.indent() + delta, 0, 20));
+        cursor.setBlockFormat(format);
+    }
+    cursor.endEditBlock();
+}
+
+void TRMWPEditor::priorLevel()
+{
+    changeLevel(-1);
+}
+
+void TRMWPEditor::nextLevel()
+{
+    changeLevel(1);
+}
+
+void TRMWPEditor::toggleBold()
+{
+    QTextCharFormat format;
+    format.setFontWeight(m_actions.value(QStringLiteral("WPBold"))->isChecked() ? QFont::Bold
+                                                                                : QFont::Normal);
+    mergeFormat(format);
+}
+
+void TRMWPEditor::toggleItalic()
+{
+    QTextCharFormat format;
+    format.setFontItalic(m_actions.value(QStringLiteral("WPItalic"))->isChecked());
+    mergeFormat(format);
+}
+
+void TRMWPEditor::toggleUnderline()
+{
+    QTextCharFormat format;
+    const bool on = m_actions.value(QStringLiteral("WPUnderline"))->isChecked();
+    format.setUnderlineStyle(on ? QTextCharFormat::SingleUnderline : QTextCharFormat::NoUnderline);
+    mergeFormat(format);
+}
+
+void TRMWPEditor::toggleStrikeOut()
+{
+    QTextCharFormat format;
+    format.setFontStrikeOut(m_actions.value(QStringLiteral("WPStrikeOut"))->isChecked());
+    mergeFormat(format);
+}
+
+void TRMWPEditor::toggleSubscript()
+{
+    QTextCharFormat format;
+    format.setVerticalAlignment(m_actions.value(QStringLiteral("WPSubscript"))->isChecked()
+                                    ? QTextCharFormat::AlignSubScript
+                                    : QTextCharFormat::AlignNormal);
+    mergeFormat(format);
+    updateFormatActions();
+}
+
+void TRMWPEditor::toggleSuperscript()
+{
+    QTextCharFormat format;
+    format.setVerticalAlignment(m_actions.value(QStringLiteral("WPSuperscript"))->isChecked()
+                                    ? QTextCharFormat::AlignSuperScript
+                                    : QTextCharFormat::AlignNormal);
+    mergeFormat(format);
+    updateFormatActions();
+}
+
+// ---- printing ----------------------------------------------------------------------------------
+
+QPrinter* TRMWPEditor::printer()
+{
+    if (!m_printer) {
+        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    }
+    return m_printer.get();
+}
+
+void TRMWPEditor::printDocument(QPrinter* target)
+{
+    const PageLayout page = m_document->pageLayout();
+    std::unique_ptr<QTextDocument> copy = TextExporter::visibleCopy(*m_view->document());
+    const qreal px = 96.0 / 1440.0;
+    QTextFrameFormat root = copy->rootFrame()->frameFormat();
+    root.setLeftMargin(page.marginLeft * px);
+    root.setRightMargin(page.marginRight * px);
+    root.setTopMargin(page.marginTop * px);
+    root.setBottomMargin(page.marginBottom * px);
+    copy->rootFrame()->setFrameFormat(root);
+    copy->setPageSize(QSizeF(page.paperWidth * px, page.paperHeight * px));
+    target->setFullPage(true);
+    target->setPageSize(QPageSize(QSizeF(page.paperWidth / 20.0, page.paperHeight / 20.0),
+                                  QPageSize::Point, QString(), QPageSize::ExactMatch));
+    target->setPageOrientation(QPageLayout::Portrait);
+    target->setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
+    copy->print(target);
+}
+
+void TRMWPEditor::print()
+{
+    // The page goes to the printer as it is set up (the default printer and job settings until
+    // "Printer Setup" changes them).
+    QPrinter* target = printer();
+    if (target->outputFileName().isEmpty() && QPrinterInfo::availablePrinterNames().isEmpty()) {
+        app::dialogs().warning(this, QStringLiteral("No printer is installed."));
+        return;
+    }
+    WaitCursor wait;
+    printDocument(target);
+}
+
+void TRMWPEditor::printerSetup()
+{
+    app::dialogs().printSetup(this, printer());
+}
+
+// ---- tables ------------------------------------------------------------------------------------
+
+void TRMWPEditor::createTable()
+{
+    WPTableDialog dialog(this);
+    dialog.setWindowTitle(text("Create Table"));
+    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+        return;
+    }
+    const WPTableDialog::Table t = dialog.table();
+    QTextTableFormat format;
+    format.setBorder(t.border);
+    format.setBorderStyle(t.border > 0 ? QTextFrameFormat::BorderStyle_Solid
+                                       : QTextFrameFormat::BorderStyle_None);
+    format.setBorderBrush(QColor(Qt::black));
+    format.setBorderCollapse(true);
+    format.setCellSpacing(0);
+    format.setCellPadding(t.padding);
+    QList<QTextLength> widths;
+    for (int c = 0; c < t.columns; ++c) {
+        widths << QTextLength(QTextLength::PercentageLength, 100.0 / t.columns);
+    }
+    format.setColumnWidthConstraints(widths);
+    QTextTable* table = m_view->textCursor().insertTable(t.rows, t.columns, format);
+    m_view->setTextCursor(table->cellAt(0, 0).firstCursorPosition());
+}
+
+void TRMWPEditor::insertRow()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        const QTextTableCell cell = table->cellAt(cursor);
+        table->insertRows(cell.row() + cell.rowSpan(), 1);
+    }
+}
+
+void TRMWPEditor::insertColumn()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        const QTextTableCell cell = table->cellAt(cursor);
+        const int at = cell.column() + cell.columnSpan();
+        QTextTableFormat format = table->format();
+        QList<QTextLength> widths = format.columnWidthConstraints();
+        table->insertColumns(at, 1);
+        if (!widths.isEmpty()) {
+            // Percentage columns share the width again; fixed ones get their neighbour's width.
+            if (widths.first().type() == QTextLength::PercentageLength) {
+                widths.clear();
+                for (int c = 0; c < table->columns(); ++c) {
+                    widths << QTextLength(QTextLength::PercentageLength, 100.0 / table->columns());
+                }
+            } else {
+                widths.insert(std::min<qsizetype>(at, widths.size()), widths.value(at - 1));
+            }
+            format = table->format();
+            format.setColumnWidthConstraints(widths);
+            table->setFormat(format);
+        }
+    }
+}
+
+void TRMWPEditor::deleteRow()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        table->removeRows(table->cellAt(cursor).row(), 1);
+    }
+}
+
+void TRMWPEditor::deleteColumn()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        const int column = table->cellAt(cursor).column();
+        QTextTableFormat format = table->format();
+        QList<QTextLength> widths = format.columnWidthConstraints();
+        table->removeColumns(column, 1);
+        if (table->columns() > 0 && column < widths.size()) {
+            widths.removeAt(column);
+            format = table->format();
+            format.setColumnWidthConstraints(widths);
+            table->setFormat(format);
+        }
+    }
+}
+
+void TRMWPEditor::selectRow()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        const int row = table->cellAt(cursor).row();
+        QTextCursor selection = table->cellAt(row, 0).firstCursorPosition();
+        selection.setPosition(
+            table->cellAt(row, table->columns() - 1).lastCursorPosition().position(),
+            QTextCursor::KeepAnchor);
+        m_view->setTextCursor(selection);
+    }
+}
+
+void TRMWPEditor::selectColumn()
+{
+    const QTextCursor cursor = m_view->textCursor();
+    if (QTextTable* table = cursor.currentTable()) {
+        const int column = table->cellAt(cursor).column();
+        QTextCursor selection = table->cellAt(0, column).firstCursorPosition();
+        selection.setPosition(
+            table->cellAt(table->rows() - 1, column).lastCursorPosition().position(),
+            QTextCursor::KeepAnchor);
+        m_view->setTextCursor(selection);
+    }
+}
+
+void TRMWPEditor::setBorders(int sides, bool toggle, bool on)
+{
+    QTextCursor cursor = m_view->textCursor();
+    cursor.beginEditBlock();
+    if (QTextTable* table = cursor.currentTable()) {
+        int firstRow = 0;
+        int rows = 0;
+        int firstColumn = 0;
+        int columns = 0;
+        cursor.selectedTableCells(&firstRow, &rows, &firstColumn, &columns);
+        if (rows <= 0 || columns <= 0) {
+            const QTextTableCell cell = table->cellAt(cursor);
+            firstRow = cell.row();
+            firstColumn = cell.column();
+            rows = columns = 1;
+        }
+        struct Side
+        {
+            int bit;
+            int width;
+            int style;
+            int brush;
+        };
+        const Side all[] = {
+            {BorderSide::Top, QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
+             QTextFormat::TableCellTopBorderBrush},
+            {BorderSide::Bottom, QTextFormat::TableCellBottomBorder,
+             QTextFormat::TableCellBottomBorderStyle, QTextFormat::TableCellBottomBorderBrush},
+            {BorderSide::Left, QTextFormat::TableCellLeftBorder,
+             QTextFormat::TableCellLeftBorderStyle, QTextFormat::TableCellLeftBorderBrush},
+            {BorderSide::Right, QTextFormat::TableCellRightBorder,
+             QTextFormat::TableCellRightBorderStyle, QTextFormat::TableCellRightBorderBrush},
+        };
+        const bool tableBorder = table->format().border() > 0;
+        for (int r = firstRow; r < firstRow + rows; ++r) {
+            for (int c = firstColumn; c < firstColumn + columns; ++c) {
+                QTextTableCell cell = table->cellAt(r, c);
+                if (cell.row() != r || cell.column() != c) {
+                    continue;
+                }
+                QTextTableCellFormat format = cell.format().toTableCellFormat();
+                for (const Side& side : all) {
+                    if (!(sides & side.bit)) {
+                        continue;
+                    }
+                    const bool has = format.hasProperty(side.width)
+                                         ? format.doubleProperty(side.width) > 0 &&
+                                               format.intProperty(side.style) !=
+                                                   QTextFrameFormat::BorderStyle_None
+                                         : tableBorder;
+                    const bool set = toggle ? !has : on;
+                    format.setProperty(side.width, set ? 1.0 : 0.0);
+                    format.setProperty(side.style, int(set ? QTextFrameFormat::BorderStyle_Solid
+                                                           : QTextFrameFormat::BorderStyle_None));
+                    format.setProperty(side.brush, QBrush(Qt::black));
+                }
+                cell.setFormat(format);
+            }
+        }
+    } else {
+        QTextDocument* doc = m_view->document();
+        const QTextBlock first = doc->findBlock(cursor.selectionStart());
+        const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+            QTextBlockFormat format = block.blockFormat();
+            int current = format.intProperty(TextProperty::BorderSides);
+            if (toggle) {
+                current ^= sides;
+            } else if (on) {
+                current |= sides;
+            } else {
+                current &= ~sides;
+            }
+            format.setProperty(TextProperty::BorderSides, current);
+            QTextCursor(block).setBlockFormat(format);
+            if (block == last) {
+                break;
+            }
+        }
+    }
+    cursor.endEditBlock();
+    m_view->viewport()->update();
+}
+
+void TRMWPEditor::topBorders()
+{
+    setBorders(BorderSide::Top, true, true);
+}
+
+void TRMWPEditor::bottomBorders()
+{
+    setBorders(BorderSide::Bottom, true, true);
+}
+
+void TRMWPEditor::leftBorders()
+{
+    setBorders(BorderSide::Left, true, true);
+}
+
+void TRMWPEditor::rightBorders()
+{
+    setBorders(BorderSide::Right, true, true);
+}
+
+void TRMWPEditor::bordersOn()
+{
+    setBorders(BorderSide::All, false, true);
+}
+
+void TRMWPEditor::bordersOff()
+{
+    setBorders(BorderSide::All, false, false);
+}
+
+// ---- find and replace --------------------------------------------------------------------------
+
+bool TRMWPEditor::findText(const QString& what, const FindOptions& options, bool fromStart)
+{
+    QTextCursor from = m_view->textCursor();
+    if (fromStart) {
+        from = QTextCursor(m_view->document());
+        if (options.backwards) {
+            from.movePosition(QTextCursor::End);
+        }
+    }
+    FindOptions once = options;
+    once.wrap = options.wrap && !fromStart;
+    const QTextCursor found = TextFinder::find(*m_view->document(), what, from, once);
+    if (found.isNull()) {
+        return false;
+    }
+    m_view->setTextCursor(found);
+    m_view->ensureCursorVisible();
+    return true;
+}
+
+void TRMWPEditor::runFindDialog(bool replacing)
+{
+    WPFindDialog dialog(replacing ? WPFindDialog::Mode::Replace : WPFindDialog::Mode::Find, this);
+    dialog.setWindowTitle(text(replacing ? "Replace" : "Find"));
+    const QTextCursor cursor = m_view->textCursor();
+    if (cursor.hasSelection() && !cursor.selectedText().contains(QChar::ParagraphSeparator)) {
+        dialog.setFindText(cursor.selectedText());
+    }
+    connect(&dialog, &WPFindDialog::findNext, this, [this, &dialog] {
+        if (!findText(dialog.findText(), dialog.options())) {
+            app::dialogs().information(&dialog, text("Not found!"));
+        }
+    });
+    connect(&dialog, &WPFindDialog::replaceOne, this, [this, &dialog] {
+        QTextCursor current = m_view->textCursor();
+        if (TextFinder::replaceSelection(current, dialog.findText(), dialog.replaceText(),
+                                         dialog.options())) {
+            m_view->setTextCursor(current);
+        }
+        if (!findText(dialog.findText(), dialog.options())) {
+            app::dialogs().information(&dialog, text("Not found!"));
+        }
+    });
+    connect(&dialog, &WPFindDialog::replaceAll, this, [this, &dialog] {
+        const int count = TextFinder::replaceAll(m_view->document(), dialog.findText(),
+                                                 dialog.replaceText(), dialog.options());
+        if (count == 0) {
+            app::dialogs().information(&dialog, text("Not found!"));
+        } else {
+            app::dialogs().information(&dialog, text("Replacements made: %1").arg(count));
+        }
+    });
+    app::dialogs().exec(&dialog);
+}
+
+void TRMWPEditor::find()
+{
+    runFindDialog(false);
+}
+
+void TRMWPEditor::replace()
+{
+    runFindDialog(true);
+}
+
+// ---- language and theme ------------------------------------------------------------------------
+
+QString TRMWPEditor::text(const char* english) const
+{
+    return m_language.text(QString::fromUtf8(english));
+}
+
+void TRMWPEditor::SetLanguage(const QString& language)
+{
+    if (!m_language.hasLocNode()) {
+        const QString file = m_languageFile.isEmpty() ? QCoreApplication::applicationDirPath() +
+                                                            QStringLiteral("/WP.XML")
+                                                      : m_languageFile;
+        m_language.loadFile(file);
+    }
+    if (!m_language.hasLanguage(language)) {
+        return; // the engine keeps its current language
+    }
+    m_language.setLanguage(language);
+    reloadStrings();
+}
+
+void TRMWPEditor::reloadStrings()
+{
+    for (QAction* action : editorActions()) {
+        const QString english = action->property(kEnglish).toString();
+        if (english.isEmpty()) {
+            continue;
+        }
+        const QString caption = m_language.text(english);
+        action->setText(caption);
+        QString hint = caption;
+        hint.remove(QStringLiteral("..."));
+        action->setToolTip(hint);
+        action->setStatusTip(hint);
+    }
+    for (QMenu* menu : m_menus) {
+        if (menu) {
+            menu->setTitle(m_language.text(menu->property(kEnglish).toString()));
+        }
+    }
+    for (ColourSelector* selector : {m_fontColour, m_backColour}) {
+        selector->setToolTip(m_language.text(selector->property(kEnglish).toString()));
+    }
+}
+
+void TRMWPEditor::FormActivate(const QColor& themeColour)
+{
+    for (QWidget* widget :
+         {static_cast<QWidget*>(this), m_panel1, static_cast<QWidget*>(m_toolBar)}) {
+        QPalette palette = widget->palette();
+        palette.setColor(QPalette::Window, themeColour);
+        palette.setColor(QPalette::Button, themeColour);
+        widget->setPalette(palette);
+        widget->setAutoFillBackground(true);
+    }
+    m_ruler->update();
+}
+
+} // namespace kestrum::text

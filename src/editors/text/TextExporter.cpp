@@ -1,0 +1,321 @@
+#include "TextExporter.h"
+
+#include "editors/text/DocumentPictures.h"
+#include "editors/text/HiddenTextObject.h"
+#include "editors/text/RtfWriter.h"
+#include "editors/text/TextProperties.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextDocumentWriter>
+#include <QTextFrame>
+#include <QTextList>
+#include <QTextTable>
+#include <QUrl>
+
+#include <set>
+
+namespace kestrum::text {
+
+namespace {
+
+bool saveBytes(const QString& fileName, const QByteArray& bytes, QString* error)
+{
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        if (error) {
+            *error = QStringLiteral("Cannot write \"%1\": %2").arg(fileName, file.errorString());
+        }
+        return false;
+    }
+    return true;
+}
+
+QString htmlEscape(const QString& text)
+{
+    return text.toHtmlEscaped();
+}
+
+// The names of the picture resources a document uses, with their formats.
+std::vector<QTextImageFormat> pictureFormats(const QTextDocument& document)
+{
+    std::vector<QTextImageFormat> out;
+    std::set<QString> seen;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextCharFormat format = it.fragment().charFormat();
+            if (format.isImageFormat()) {
+                const QTextImageFormat image = format.toImageFormat();
+                if (seen.insert(image.name()).second) {
+                    out.push_back(image);
+                }
+            }
+        }
+    }
+    return out;
+}
+
+QString plainBlockText(const QTextBlock& block)
+{
+    QString text = block.text();
+    text.remove(QChar::ObjectReplacementCharacter);
+    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    if (const QTextList* list = block.textList()) {
+        QString marker;
+        switch (list->format().style()) {
+        case QTextListFormat::ListDisc:
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListCircle:
+            marker = QChar(0x25E6);
+            break;
+        default:
+            marker = list->itemText(block);
+            break;
+        }
+        text.prepend(marker + QLatin1Char(' '));
+    }
+    return text;
+}
+
+void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringList& lines)
+{
+    for (auto it = frame->begin(); !it.atEnd(); ++it) {
+        if (const QTextFrame* child = it.currentFrame()) {
+            if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+                for (int r = 0; r < table->rows(); ++r) {
+                    QStringList cells;
+                    for (int c = 0; c < table->columns();) {
+                        const QTextTableCell cell = table->cellAt(r, c);
+                        QStringList parts;
+                        if (cell.row() == r) {
+                            for (QTextBlock b = document.findBlock(cell.firstPosition());
+                                 b.isValid() && b.position() <= cell.lastPosition(); b = b.next()) {
+                                parts << plainBlockText(b);
+                            }
+                        }
+                        cells << parts.join(QLatin1Char(' '))
+                                     .replace(QLatin1Char('\t'), QLatin1Char(' '));
+                        c += std::max(1, cell.columnSpan());
+                    }
+                    lines << cells.join(QLatin1Char('\t'));
+                }
+            } else {
+                plainFrame(document, child, lines);
+            }
+        } else {
+            lines << plainBlockText(it.currentBlock());
+        }
+    }
+}
+
+} // namespace
+
+std::optional<TextExporter::Format> TextExporter::formatForSuffix(const QString& suffix)
+{
+    const QString s = suffix.toLower();
+    if (s == QLatin1String("rtf")) {
+        return Format::Rtf;
+    }
+    if (s == QLatin1String("htm") || s == QLatin1String("html")) {
+        return Format::Html;
+    }
+    if (s == QLatin1String("txt")) {
+        return Format::PlainText;
+    }
+    if (s == QLatin1String("odt")) {
+        return Format::Odt;
+    }
+    return std::nullopt;
+}
+
+std::unique_ptr<QTextDocument> TextExporter::visibleCopy(const QTextDocument& document)
+{
+    std::unique_ptr<QTextDocument> copy(document.clone());
+    for (const QTextImageFormat& image : pictureFormats(document)) {
+        const QVariant resource =
+            document.resource(QTextDocument::ImageResource, QUrl(image.name()));
+        if (resource.isValid()) {
+            copy->addResource(QTextDocument::ImageResource, QUrl(image.name()), resource);
+        }
+    }
+    // Hidden runs are object characters: remove them from the end backwards.
+    std::vector<int> positions;
+    for (QTextBlock block = copy->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (HiddenTextObject::isHidden(fragment.charFormat())) {
+                for (int i = 0; i < fragment.length(); ++i) {
+                    positions.push_back(fragment.position() + i);
+                }
+            }
+        }
+    }
+    QTextCursor cursor(copy.get());
+    for (auto it = positions.rbegin(); it != positions.rend(); ++it) {
+        cursor.setPosition(*it);
+        cursor.setPosition(*it + 1, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
+    return copy;
+}
+
+QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportOptions& options,
+                                QString* error)
+{
+    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    QString html = copy->toHtml();
+
+    // Pictures: files beside the document or data URLs.
+    QHash<QString, QString> sources;
+    int counter = 0;
+    for (const QTextImageFormat& image : pictureFormats(*copy)) {
+        const QImage picture = DocumentPictures::image(*copy, image);
+        const auto kind = PictureKind(image.intProperty(TextProperty::PictureKind));
+        const QByteArray original = image.property(TextProperty::PictureData).toByteArray();
+        QByteArray bytes;
+        QString suffix = QStringLiteral("png");
+        QString mime = QStringLiteral("image/png");
+        if ((kind == PictureKind::Png || kind == PictureKind::Jpeg) && !original.isEmpty()) {
+            bytes = original;
+            if (kind == PictureKind::Jpeg) {
+                suffix = QStringLiteral("jpg");
+                mime = QStringLiteral("image/jpeg");
+            }
+        } else if (!picture.isNull()) {
+            QBuffer buffer(&bytes);
+            buffer.open(QIODevice::WriteOnly);
+            picture.save(&buffer, "PNG");
+        } else {
+            continue;
+        }
+        ++counter;
+        if (options.imageFolder.isEmpty()) {
+            sources.insert(image.name(), QStringLiteral("data:%1;base64,%2")
+                                             .arg(mime, QString::fromLatin1(bytes.toBase64())));
+        } else {
+            const QString fileName = QStringLiteral("%1picture%2.%3")
+                                         .arg(options.imageFilePrefix)
+                                         .arg(counter)
+                                         .arg(suffix);
+            if (!QDir().mkpath(options.imageFolder) ||
+                !saveBytes(QDir(options.imageFolder).filePath(fileName), bytes, error)) {
+                if (error && error->isEmpty()) {
+                    *error = QStringLiteral("Cannot create the picture folder \"%1\".")
+                                 .arg(options.imageFolder);
+                }
+                return {};
+            }
+            sources.insert(image.name(), options.imageUrlPrefix + fileName);
+        }
+    }
+    if (!sources.isEmpty()) {
+        static const QRegularExpression img(QStringLiteral("<img src=\"([^\"]*)\""));
+        QString replaced;
+        qsizetype last = 0;
+        auto it = img.globalMatch(html);
+        while (it.hasNext()) {
+            const QRegularExpressionMatch m = it.next();
+            const QString name = m.captured(1);
+            const QString source = sources.value(name.toHtmlEscaped(), sources.value(name));
+            replaced += QStringView(html).mid(last, m.capturedStart(1) - last);
+            replaced += source.isEmpty() ? name : source.toHtmlEscaped();
+            last = m.capturedEnd(1);
+        }
+        replaced += QStringView(html).mid(last);
+        html = replaced;
+    }
+
+    // Keep the body's content and its style; write a plain head and "<BODY>".
+    QString bodyStyle;
+    QString body = html;
+    static const QRegularExpression bodyTag(QStringLiteral("<body([^>]*)>"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch open = bodyTag.match(html);
+    if (open.hasMatch()) {
+        static const QRegularExpression style(QStringLiteral("style=\"([^\"]*)\""));
+        const QRegularExpressionMatch s = style.match(open.captured(1));
+        if (s.hasMatch()) {
+            bodyStyle = s.captured(1);
+        }
+        const qsizetype close = html.lastIndexOf(QLatin1String("</body>"), -1, Qt::CaseInsensitive);
+        body = html.mid(open.capturedEnd(), (close < 0 ? html.size() : close) - open.capturedEnd());
+    }
+    QString out;
+    out += QStringLiteral(
+        "<HTML><HEAD>\n<META http-equiv=\"Content-Type\" content=\"text/html; charset=UTF-8\">\n");
+    if (!options.title.isEmpty()) {
+        out += QStringLiteral("<TITLE>") + htmlEscape(options.title) + QStringLiteral("</TITLE>\n");
+    }
+    out += QStringLiteral(
+        "<STYLE type=\"text/css\">p, li { white-space: pre-wrap; }</STYLE>\n</HEAD>\n<BODY>\n");
+    out += QStringLiteral("<DIV style=\"") + bodyStyle + QStringLiteral("\">");
+    out += body;
+    out += QStringLiteral("</DIV>\n</BODY>\n</HTML>\n");
+    return out.toUtf8();
+}
+
+QString TextExporter::toPlainText(const QTextDocument& document)
+{
+    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    QStringList lines;
+    plainFrame(*copy, copy->rootFrame(), lines);
+    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileName, QString* error)
+{
+    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QTextDocumentWriter writer(&buffer, "odf");
+    if (!writer.write(copy.get())) {
+        if (error) {
+            *error = QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName);
+        }
+        return false;
+    }
+    return saveBytes(fileName, bytes, error);
+}
+
+bool TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
+                              const PageLayout& layout, const QString& fileName, Format format,
+                              QString* error)
+{
+    switch (format) {
+    case Format::Rtf:
+        return saveBytes(fileName, RtfWriter(document, colours, layout).write(), error);
+    case Format::Html: {
+        const QFileInfo info(fileName);
+        HtmlExportOptions options;
+        const QString folder = info.completeBaseName() + QStringLiteral("_files");
+        options.imageFolder = info.absoluteDir().filePath(folder);
+        options.imageUrlPrefix = QStringLiteral("./") + folder + QLatin1Char('/');
+        options.title = info.completeBaseName();
+        QString why;
+        const QByteArray html = toHtml(document, options, &why);
+        if (html.isEmpty()) {
+            if (error) {
+                *error = why;
+            }
+            return false;
+        }
+        return saveBytes(fileName, html, error);
+    }
+    case Format::PlainText:
+        return saveBytes(fileName, toPlainText(document).toUtf8(), error);
+    case Format::Odt:
+        return writeOdt(document, fileName, error);
+    }
+    return false;
+}
+
+} // namespace kestrum::text

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "editors/text/PageLayout.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class QTextDocument;
+
+namespace kestrum::text {
+
+class ColourTable;
+
+struct HtmlExportOptions
+{
+    // Pictures are written as files into this folder and referred to as `imageUrlPrefix` and the
+    // file name; with no folder they are embedded in the HTML as data URLs.
+    QString imageFolder;
+    QString imageUrlPrefix;
+    // Put before every picture file name, so that several pages can share one folder.
+    QString imageFilePrefix;
+    QString title;
+};
+
+// Writes a rich-text document to the formats a text page is exported to. Hidden text is left
+// out of every format but RTF.
+class TextExporter
+{
+public:
+    enum class Format
+    {
+        Rtf,
+        Html,
+        PlainText,
+        Odt
+    };
+
+    // The format of a file suffix ("rtf", "htm", "html", "txt", "odt"), if any.
+    static std::optional<Format> formatForSuffix(const QString& suffix);
+
+    // HTML in UTF-8, opening with "<HTML>" and a plain "<BODY>" (a report built from pages
+    // cuts each page at its body); character and paragraph formats are inline styles.
+    static QByteArray toHtml(const QTextDocument& document, const HtmlExportOptions& options,
+                             QString* error = nullptr);
+    // Paragraphs as lines, table rows as tab-separated cells, list items with their markers.
+    static QString toPlainText(const QTextDocument& document);
+    static bool writeOdt(const QTextDocument& document, const QString& fileName, QString* error);
+
+    // Writes `fileName` in `format`; for HTML the pictures go to a folder named after the file
+    // with "_files" added.
+    static bool exportFile(const QTextDocument& document, const ColourTable& colours,
+                           const PageLayout& layout, const QString& fileName, Format format,
+                           QString* error);
+
+    // A copy without hidden text, pictures kept.
+    static std::unique_ptr<QTextDocument> visibleCopy(const QTextDocument& document);
+};
+
+} // namespace kestrum::text

@@ -1,0 +1,129 @@
+// kestrum-cli with text pages: files added as pages are stored as RTF, and export-page writes
+// them as RTF, HTML, plain text and OpenDocument text.
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+struct Run
+{
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+Run cli(const QStringList& args, const QString& folder)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.start(qEnvironmentVariable("KESTRUM_CLI"), args);
+    process.waitForFinished(60000);
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return file.readAll();
+}
+
+} // namespace
+
+class TextExportPageCliTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void addStoresRtf();
+    void exportFormats_data();
+    void exportFormats();
+    void unknownFormat();
+
+private:
+    QTemporaryDir m_dir;
+    QString m_project;
+};
+
+void TextExportPageCliTest::initTestCase()
+{
+    QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
+    m_project = m_dir.filePath(QStringLiteral("report.kst"));
+    QCOMPARE(cli({QStringLiteral("new"), m_project}, m_dir.path()).code, 0);
+    QFile rtf(m_dir.filePath(QStringLiteral("Interview notes.rtf")));
+    QVERIFY(rtf.open(QIODevice::WriteOnly));
+    rtf.write("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red200\\green0\\blue0;}"
+              "\\b Findings\\b0\\par\\cf1 Caf\\'e9 talk{\\v  (hidden)}\\cf0\\par"
+              "\\trowd\\cellx2000\\cellx4000\\intbl Group\\cell Count\\cell\\row\\pard End\\par}");
+    rtf.close();
+    QFile txt(m_dir.filePath(QStringLiteral("plain.txt")));
+    QVERIFY(txt.open(QIODevice::WriteOnly));
+    txt.write("line one\nline two\n");
+    txt.close();
+    const Run add =
+        cli({QStringLiteral("add"), m_project, rtf.fileName(), txt.fileName()}, m_dir.path());
+    QVERIFY2(add.code == 0, qPrintable(add.err));
+}
+
+void TextExportPageCliTest::addStoresRtf()
+{
+    const Run pages = cli({QStringLiteral("pages"), m_project}, m_dir.path());
+    QVERIFY(pages.out.contains(QStringLiteral("3\t0\t")));
+    QVERIFY(pages.out.contains(QStringLiteral("Interview notes")));
+    for (const char* id : {"3", "4"}) {
+        const Run content =
+            cli({QStringLiteral("cat"), m_project, QLatin1String(id)}, m_dir.path());
+        QVERIFY2(content.out.startsWith(QStringLiteral("{\\rtf1")),
+                 qPrintable(content.out.left(40)));
+    }
+}
+
+void TextExportPageCliTest::exportFormats_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("mustContain");
+    QTest::addColumn<QByteArray>("mustNotContain");
+    QTest::newRow("rtf") << "page.rtf" << QByteArray("\\trowd") << QByteArray();
+    QTest::newRow("html") << "page.html" << QByteArray("Caf\xc3\xa9 talk")
+                          << QByteArray("(hidden)");
+    QTest::newRow("htm") << "page.HTM" << QByteArray("<BODY>") << QByteArray("(hidden)");
+    QTest::newRow("txt") << "page.txt"
+                         << QByteArray("Findings\nCaf\xc3\xa9 talk\nGroup\tCount\nEnd\n")
+                         << QByteArray("(hidden)");
+    QTest::newRow("odt") << "page.odt" << QByteArray("application/vnd.oasis.opendocument.text")
+                         << QByteArray();
+}
+
+void TextExportPageCliTest::exportFormats()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, mustContain);
+    QFETCH(QByteArray, mustNotContain);
+    const QString out = m_dir.filePath(name);
+    const Run run =
+        cli({QStringLiteral("export-page"), m_project, QStringLiteral("3"), out}, m_dir.path());
+    QVERIFY2(run.code == 0, qPrintable(run.err));
+    const QByteArray bytes = readFile(out);
+    QVERIFY2(bytes.contains(mustContain), bytes.left(300).constData());
+    if (!mustNotContain.isEmpty()) {
+        QVERIFY(!bytes.contains(mustNotContain));
+    }
+}
+
+void TextExportPageCliTest::unknownFormat()
+{
+    const Run run = cli(
+        {QStringLiteral("export-page"), m_project, QStringLiteral("4"), m_dir.filePath("x.pdf")},
+        m_dir.path());
+    QCOMPARE(run.code, 1);
+    QVERIFY(run.err.contains(QStringLiteral(".rtf .html .htm .txt .odt")));
+    QVERIFY(!QFile::exists(m_dir.filePath("x.pdf")));
+}
+
+QTEST_GUILESS_MAIN(TextExportPageCliTest)
+#include "TextExportPageCliTest.moc"
