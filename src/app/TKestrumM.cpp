@@ -240,10 +240,8 @@ void TKestrumM::buildMenusAndToolBars()
     edit->setObjectName(QStringLiteral("Edit1"));
     QAction* find = makeAction(QStringLiteral("Find1"), QStringLiteral("&Find..."), nullptr,
                                &TKestrumM::Find1Click);
-    find->setShortcut(QKeySequence::Find);
     QAction* replace = makeAction(QStringLiteral("Replace1"), QStringLiteral("&Replace..."),
                                   nullptr, &TKestrumM::Replace1Click);
-    replace->setShortcut(QKeySequence::Replace);
     edit->addAction(find);
     edit->addAction(replace);
 
