@@ -1,0 +1,157 @@
+// The real page editors in the main window, on the demo report: showing pages never marks them
+// modified or changes what is stored, and an edit in each editor is stored when the selection
+// moves on.
+
+#include "ScriptedDialogs.h"
+
+#include "app/DefaultEditors.h"
+#include "app/EditorArea.h"
+#include "app/OutlineItemModel.h"
+#include "app/OutlineView.h"
+#include "app/PageDisplay.h"
+#include "app/TKestrumM.h"
+#include "cli/DemoReport.h"
+#include "cli/ProjectSession.h"
+#include "editors/grid/GridPageDocument.h"
+#include "editors/grid/TRMGridEditor.h"
+#include "editors/text/TRMWPEditor.h"
+#include "editors/text/TextPageDocument.h"
+#include "store/OutlineModel.h"
+#include "store/PageTable.h"
+#include "store/TRMData.h"
+
+#include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QtTest>
+
+using namespace kestrum;
+using store::OutlineNode;
+
+class EditorsInWindowTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void showingEveryPageChangesNothing();
+    void textEditIsStoredWhenLeaving();
+    void gridEditIsStoredWhenLeaving();
+
+private:
+    void select(const OutlineNode* node);
+    OutlineNode* firstOfKind(qint32 kind) const;
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<test::ScopedScriptedDialogs> m_dialogs;
+    std::unique_ptr<app::TKestrumM> m_window;
+};
+
+void EditorsInWindowTest::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_dialogs = std::make_unique<test::ScopedScriptedDialogs>();
+    const QString file = m_dir->filePath(QStringLiteral("demo.kst"));
+    {
+        cli::ProjectSession session;
+        cli::DemoReport::build(session.data(), file);
+        session.data().CloseFile();
+    }
+    app::TKestrumM::Options options;
+    options.settingsPath = m_dir->filePath(QStringLiteral("Kestrum.INI"));
+    options.editors = app::defaultEditorFactories();
+    options.pollHandOff = false;
+    options.restoreLayout = false;
+    m_window = std::make_unique<app::TKestrumM>(std::move(options));
+    m_window->resize(1200, 800);
+    m_window->show();
+    QVERIFY(m_window->openProject(file));
+}
+
+void EditorsInWindowTest::cleanup()
+{
+    m_window.reset();
+    QVERIFY2(m_dialogs->unexpected().isEmpty(),
+             qPrintable(m_dialogs->unexpected().join(QLatin1Char(','))));
+    m_dialogs.reset();
+    m_dir.reset();
+}
+
+void EditorsInWindowTest::select(const OutlineNode* node)
+{
+    m_window->outlineView()->setCurrentIndex(m_window->outlineModel()->indexFor(node));
+    QApplication::processEvents();
+}
+
+OutlineNode* EditorsInWindowTest::firstOfKind(qint32 kind) const
+{
+    for (OutlineNode* node : m_window->data().outline().nodesInOrder()) {
+        if (node->parent() && node->imageIndex() == kind) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+void EditorsInWindowTest::showingEveryPageChangesNothing()
+{
+    store::TRMData& data = m_window->data();
+    std::vector<std::pair<qint32, QByteArray>> before;
+    for (const qint32 id : data.table()->ids()) {
+        before.emplace_back(id, *data.table()->readContent(id));
+    }
+    const auto nodes = data.outline().nodesInOrder();
+    for (int round = 0; round < 2; ++round) {
+        for (const OutlineNode* node : nodes) {
+            select(node);
+            QVERIFY2(!m_window->pageDisplay().contentModified(), qPrintable(node->caption()));
+            QVERIFY2(!m_window->pageDisplay().commentModified(), qPrintable(node->caption()));
+        }
+    }
+    QVERIFY(m_dialogs->messages().isEmpty());
+    for (const auto& [id, content] : before) {
+        if (id != 0) { // the outline record holds the selection
+            QCOMPARE(*data.table()->readContent(id), content);
+        }
+    }
+}
+
+void EditorsInWindowTest::textEditIsStoredWhenLeaving()
+{
+    OutlineNode* page = firstOfKind(store::PageType::Text);
+    QVERIFY(page);
+    select(page);
+    auto* editor =
+        qobject_cast<text::TRMWPEditor*>(m_window->editors().panel(store::EditorKind::Text));
+    QVERIFY(editor);
+    QTextCursor cursor(editor->pageDocument().textDocument());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QStringLiteral(" Added by the analyst."));
+    QVERIFY(m_window->pageDisplay().contentModified());
+    select(firstOfKind(store::PageType::Folder));
+    const QByteArray stored = *m_window->data().table()->readContent(page->data());
+    QVERIFY2(stored.contains("Added by the analyst."), stored.left(200).constData());
+    // And it comes back when the page is shown again.
+    select(page);
+    QVERIFY(editor->pageDocument().textDocument()->toPlainText().contains(
+        QStringLiteral("Added by the analyst.")));
+    QVERIFY(!m_window->pageDisplay().contentModified());
+}
+
+void EditorsInWindowTest::gridEditIsStoredWhenLeaving()
+{
+    OutlineNode* page = firstOfKind(store::PageType::Grid);
+    QVERIFY(page);
+    select(page);
+    auto* editor =
+        qobject_cast<grid::TRMGridEditor*>(m_window->editors().panel(store::EditorKind::Grid));
+    QVERIFY(editor);
+    editor->gridDocument().setCellText(1, 1, QStringLiteral("42"));
+    QVERIFY(m_window->pageDisplay().contentModified());
+    select(firstOfKind(store::PageType::Text));
+    select(page);
+    QCOMPARE(editor->gridDocument().grid().text(1, 1), QStringLiteral("42"));
+}
+
+QTEST_MAIN(EditorsInWindowTest)
+#include "EditorsInWindowTest.moc"
