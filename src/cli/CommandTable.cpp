@@ -57,9 +57,9 @@ int ArgList::toInt(const QString& text, const QString& what)
 
 const CommandSpec* CommandTable::find(const QString& name) const
 {
-    for (const CommandSpec& spec : m_commands) {
-        if (spec.name == name) {
-            return &spec;
+    for (const CommandSpec& command : m_commands) {
+        if (command.name == name) {
+            return &command;
         }
     }
     return nullptr;

@@ -58,7 +58,7 @@ struct CommandSpec
 class CommandTable
 {
 public:
-    void add(CommandSpec spec) { m_commands.push_back(std::move(spec)); }
+    void add(CommandSpec command) { m_commands.push_back(std::move(command)); }
     const CommandSpec* find(const QString& name) const;
     const std::vector<CommandSpec>& all() const { return m_commands; }
 

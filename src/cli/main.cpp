@@ -22,8 +22,8 @@ namespace {
 void printUsage(const CommandTable& table, QTextStream& to)
 {
     to << "usage: kestrum-cli COMMAND [ARGS]\n\ncommands:\n";
-    for (const CommandSpec& spec : table.all()) {
-        to << "  " << spec.name << ' ' << spec.usage << "\n      " << spec.summary << '\n';
+    for (const CommandSpec& command : table.all()) {
+        to << "  " << command.name << ' ' << command.usage << "\n      " << command.summary << '\n';
     }
 }
 
@@ -52,15 +52,15 @@ int main(int argc, char** argv)
         printUsage(table, args.isEmpty() ? err : out);
         return args.isEmpty() ? kExitUsage : kExitOk;
     }
-    const CommandSpec* spec = table.find(args[0]);
-    if (!spec) {
+    const CommandSpec* command = table.find(args[0]);
+    if (!command) {
         err << "kestrum-cli: unknown command \"" << args[0] << "\"\n";
         printUsage(table, err);
         return kExitUsage;
     }
 
     std::unique_ptr<QCoreApplication> app;
-    if (spec->needsGui) {
+    if (command->needsGui) {
         // A private runtime folder, as the desktop session would give (silences Qt's warning).
         if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
             const QByteArray runtime =
@@ -82,19 +82,19 @@ int main(int argc, char** argv)
 
     ArgList commandArgs(args.mid(1));
     try {
-        const int code = spec->run(commandArgs, io);
+        const int code = command->run(commandArgs, io);
         out.flush();
         return code;
     } catch (const CliError& e) {
         out.flush();
-        err << "kestrum-cli " << spec->name << ": " << e.message << '\n';
+        err << "kestrum-cli " << command->name << ": " << e.message << '\n';
         if (e.exitCode == kExitUsage) {
-            err << "usage: kestrum-cli " << spec->name << ' ' << spec->usage << '\n';
+            err << "usage: kestrum-cli " << command->name << ' ' << command->usage << '\n';
         }
         return e.exitCode;
     } catch (const kestrum::store::StoreError& e) {
         out.flush();
-        err << "kestrum-cli " << spec->name << ": " << e.message() << '\n';
+        err << "kestrum-cli " << command->name << ": " << e.message() << '\n';
         return kExitBadInput;
     }
 }
