@@ -2,7 +2,10 @@
 
 #include "app/Icons.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QMenu>
+#include <QToolBar>
 #include <QLocale>
 #include <QVBoxLayout>
 
@@ -51,8 +54,7 @@ PlaceholderEditor::PlaceholderEditor(store::EditorKind kind, QWidget* parent)
     big.setPointSizeF(big.pointSizeF() * 1.3);
     big.setBold(true);
     m_title->setFont(big);
-    m_title->setText(tr("%1 page").arg(store::editorKindName(kind).left(1).toUpper() +
-                                       store::editorKindName(kind).mid(1)));
+    m_title->setText(tr("%1 page").arg(kindTitle()));
     layout->addWidget(m_title);
     m_detail = new QLabel(this);
     m_detail->setAlignment(Qt::AlignCenter);
@@ -63,6 +65,26 @@ PlaceholderEditor::PlaceholderEditor(store::EditorKind kind, QWidget* parent)
     connect(&m_document, &store::PageDocument::contentChanged, this, &PlaceholderEditor::refresh);
     connect(&m_document, &store::PageDocument::contentReset, this, &PlaceholderEditor::refresh);
     refresh();
+}
+
+QString PlaceholderEditor::kindTitle() const
+{
+    const QString name = store::editorKindName(m_document.kind());
+    return name.left(1).toUpper() + name.mid(1);
+}
+
+void PlaceholderEditor::populateToolBar(QToolBar* toolBar)
+{
+    QAction* label = toolBar->addAction(Icons::forPageKind(iconKind(m_document.kind())),
+                                        tr("%1 page: no editing tools in this version").arg(kindTitle()));
+    label->setEnabled(false);
+    toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+}
+
+void PlaceholderEditor::populateMenu(QMenu* menu)
+{
+    menu->addAction(tr("No %1 commands in this version").arg(store::editorKindName(m_document.kind())))
+        ->setEnabled(false);
 }
 
 void PlaceholderEditor::refresh()

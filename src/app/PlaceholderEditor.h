@@ -16,9 +16,13 @@ public:
     PlaceholderEditor(store::EditorKind kind, QWidget* parent = nullptr);
 
     store::PageDocument& document() override { return m_document; }
+    // The kind's toolbar and menu still show, saying that its commands are not there yet.
+    void populateToolBar(QToolBar* toolBar) override;
+    void populateMenu(QMenu* menu) override;
 
 private:
     void refresh();
+    QString kindTitle() const;
 
     store::RawPageDocument m_document;
     QLabel* m_title = nullptr;
