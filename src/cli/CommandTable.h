@@ -69,5 +69,6 @@ private:
 // Each group of commands registers itself.
 void registerStoreCommands(CommandTable& table);
 void registerDemoCommand(CommandTable& table);
+void registerCloudCommand(CommandTable& table);
 
 } // namespace kestrum::cli

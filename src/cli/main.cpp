@@ -34,6 +34,7 @@ int main(int argc, char** argv)
     CommandTable table;
     registerStoreCommands(table);
     registerDemoCommand(table);
+    registerCloudCommand(table);
     PageExporterTable exporters;
     registerExportPageCommand(table, exporters);
 
