@@ -55,8 +55,10 @@ int CollisionIndex::add(const CloudRect& box)
     if (m_mode == Mode::Grid) {
         // Clamping is monotonic, so a box reaching outside the area still shares a bucket with
         // every box it overlaps.
-        const int c0 = column(box.left), c1 = column(box.right);
-        const int r0 = row(box.top), r1 = row(box.bottom);
+        const int c0 = column(std::min(box.left, box.right));
+        const int c1 = column(std::max(box.left, box.right));
+        const int r0 = row(std::min(box.top, box.bottom));
+        const int r1 = row(std::max(box.top, box.bottom));
         for (int r = r0; r <= r1; ++r) {
             for (int c = c0; c <= c1; ++c) {
                 m_cells[std::size_t(r) * std::size_t(m_columns) + std::size_t(c)].push_back(
@@ -78,8 +80,11 @@ int CollisionIndex::firstOverlap(const CloudRect& box) const
         return -1;
     }
     int best = std::numeric_limits<int>::max();
-    const int c0 = column(box.left), c1 = column(box.right);
-    const int r0 = row(box.top), r1 = row(box.bottom);
+    // An inverted box overlaps what spans its edges, which again meets it in a shared bucket.
+    const int c0 = column(std::min(box.left, box.right));
+    const int c1 = column(std::max(box.left, box.right));
+    const int r0 = row(std::min(box.top, box.bottom));
+    const int r1 = row(std::max(box.top, box.bottom));
     for (int r = r0; r <= r1; ++r) {
         for (int c = c0; c <= c1; ++c) {
             // Each bucket lists its boxes in placing order: its first overlap is the only

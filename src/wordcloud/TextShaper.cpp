@@ -130,7 +130,8 @@ QRawFont TextShaper::sizedFont(const QRawFont& font, const QString& key, double 
     return sized;
 }
 
-QPainterPath TextShaper::outline(const ShapedText& shaped, double scale, QPointF origin)
+QPainterPath TextShaper::outline(const ShapedText& shaped, double scale, QPointF origin,
+                                 bool polygons)
 {
     QPainterPath out;
     out.setFillRule(Qt::WindingFill);
@@ -151,7 +152,32 @@ QPainterPath TextShaper::outline(const ShapedText& shaped, double scale, QPointF
     for (const QRectF& bar : shaped.decorations) {
         out.addRect(QRectF(origin + bar.topLeft() * scale, bar.size() * scale));
     }
-    return out;
+    if (!polygons) {
+        return out;
+    }
+    // Points closer than a fifth of a pixel to the last one kept add nothing at this size.
+    constexpr double kMinStep = 0.2;
+    QPainterPath flat;
+    flat.setFillRule(Qt::WindingFill);
+    for (const QPolygonF& polygon : out.toSubpathPolygons()) {
+        if (polygon.size() < 3) {
+            continue;
+        }
+        QPolygonF kept;
+        kept.reserve(polygon.size());
+        kept << polygon.first();
+        for (qsizetype i = 1; i + 1 < polygon.size(); ++i) {
+            const QPointF d = polygon[i] - kept.last();
+            if (qAbs(d.x()) + qAbs(d.y()) >= kMinStep) {
+                kept << polygon[i];
+            }
+        }
+        if (kept.size() >= 2) {
+            flat.addPolygon(kept);
+            flat.closeSubpath();
+        }
+    }
+    return flat;
 }
 
 void TextShaper::drawGlyphs(QPainter& painter, const ShapedText& shaped, double scale,

@@ -39,7 +39,9 @@ public:
     std::shared_ptr<const ShapedText> shape(const CloudFont& font, const QString& text);
 
     // The outline scaled by `scale` (pixels per reference pixel), its layout origin at `origin`.
-    QPainterPath outline(const ShapedText& shaped, double scale, QPointF origin);
+    // `polygons`: curves flattened to polygons fine enough for the size (compact vector output).
+    QPainterPath outline(const ShapedText& shaped, double scale, QPointF origin,
+                         bool polygons = false);
     // Paints the glyphs through the font engine's glyph cache, as `outline` would fill them.
     void drawGlyphs(QPainter& painter, const ShapedText& shaped, double scale, QPointF origin);
 

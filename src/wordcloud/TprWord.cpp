@@ -20,6 +20,9 @@ namespace {
 // cannot overflow the box arithmetic.
 constexpr double kMaxExtent = 1 << 24;
 
+// Em size from which words are painted as filled outlines rather than from the glyph cache.
+constexpr double kMaxCachedGlyphPixels = 48.0;
+
 qint32 clampedRound(double v)
 {
     return qint32(roundHalfEven(std::clamp(v, -kMaxExtent, kMaxExtent)));
@@ -200,20 +203,28 @@ void TprWord::Paint(QPainter& painter, common::TColor surface) const
     const double inkRight = box.left + 1.0 + s.inkBounds.width() * scale + d;
     const double inkBottom = box.top + 1.0 + s.inkBounds.height() * scale + d;
     const bool clip = inkRight > box.right || inkBottom > box.bottom;
-    painter.save();
     if (clip) {
+        painter.save();
         painter.setClipRect(box.toQRect(), Qt::IntersectClip);
     }
+    // Small text goes through the font engine's glyph cache, which is many times quicker than
+    // filling outlines; large text (which that cache would not hold anyway) gets the outline
+    // itself, and vector devices (SVG) get it as polygons at the device's resolution.
     const bool raster =
         painter.paintEngine() && painter.paintEngine()->type() == QPaintEngine::Raster;
+    const double emPixels = CloudFont::pixelsForSize(m_font.size) * m_outlineScale;
+    const bool glyphCache = raster && emPixels < kMaxCachedGlyphPixels;
     const QColor text =
         common::toQColor(m_textColor).isValid() ? common::toQColor(m_textColor) : QColor(Qt::black);
     auto draw = [&](const QPointF& at, const QColor& colour) {
-        if (raster) {
+        if (glyphCache) {
             painter.setPen(colour);
             m_parentCloud->Shaper().drawGlyphs(painter, s, scale, at);
         } else {
-            painter.fillPath(m_parentCloud->Shaper().outline(s, scale, at), colour);
+            // One brush and one path per colour keeps vector output free of state groups.
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(colour);
+            painter.drawPath(m_parentCloud->Shaper().outline(s, scale, at, !raster));
         }
     };
     if (m_shadow) {
@@ -221,7 +232,9 @@ void TprWord::Paint(QPainter& painter, common::TColor surface) const
              ShadowColorFor(background.isValid() ? background : QColor(Qt::white)));
     }
     draw(origin, text);
-    painter.restore();
+    if (clip) {
+        painter.restore();
+    }
 }
 
 } // namespace kestrum::wordcloud

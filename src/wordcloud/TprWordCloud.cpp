@@ -12,6 +12,7 @@
 #include <QImageWriter>
 #include <QMimeData>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QSvgGenerator>
 
@@ -658,8 +659,10 @@ bool TprWordCloud::SaveToMetafile(QIODevice& device)
     if (m_clientSize.isEmpty()) {
         return false;
     }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
     QSvgGenerator svg;
-    svg.setOutputDevice(&device);
+    svg.setOutputDevice(&buffer);
     svg.setSize(m_clientSize);
     svg.setViewBox(QRect(QPoint(0, 0), m_clientSize));
     svg.setTitle(QStringLiteral("Word cloud"));
@@ -668,7 +671,24 @@ bool TprWordCloud::SaveToMetafile(QIODevice& device)
         return false;
     }
     PaintCloud(painter);
-    return painter.end();
+    if (!painter.end()) {
+        return false;
+    }
+    // The generator gives the size in millimetres at its own resolution; a picture of pixels
+    // states its size in pixels, so every viewer shows it at the size of the cloud.
+    QByteArray bytes = buffer.data();
+    static const QRegularExpression size(
+        QStringLiteral(" width=\"[0-9.]+mm\" height=\"[0-9.]+mm\""));
+    const QString header = QString::fromUtf8(bytes.left(1024));
+    const QRegularExpressionMatch m = size.match(header);
+    if (m.hasMatch()) {
+        const QByteArray pixels = QStringLiteral(" width=\"%1\" height=\"%2\"")
+                                      .arg(m_clientSize.width())
+                                      .arg(m_clientSize.height())
+                                      .toUtf8();
+        bytes.replace(header.left(m.capturedStart()).toUtf8().size(), m.capturedLength(), pixels);
+    }
+    return device.write(bytes) == bytes.size();
 }
 
 bool TprWordCloud::SaveToMetafile(const QString& fileName)
