@@ -37,24 +37,11 @@ void CollisionIndex::reset(const CloudRect& area, Mode mode)
     m_cells.resize(std::size_t(m_columns) * std::size_t(m_rows));
 }
 
-int CollisionIndex::column(qint64 x) const
-{
-    // An arithmetic shift floors, so the clamp puts everything left of the area in column 0.
-    return int(std::clamp<qint64>((x - m_area.left) >> m_cellShift, 0, m_columns - 1));
-}
-
-int CollisionIndex::row(qint64 y) const
-{
-    return int(std::clamp<qint64>((y - m_area.top) >> m_cellShift, 0, m_rows - 1));
-}
-
 int CollisionIndex::add(const CloudRect& box)
 {
     const int index = int(m_boxes.size());
     m_boxes.push_back(box);
     if (m_mode == Mode::Grid) {
-        // Clamping is monotonic, so a box reaching outside the area still shares a bucket with
-        // every box it overlaps.
         const int c0 = column(std::min(box.left, box.right));
         const int c1 = column(std::max(box.left, box.right));
         const int r0 = row(std::min(box.top, box.bottom));

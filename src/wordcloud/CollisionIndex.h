@@ -37,8 +37,18 @@ private:
         int index;
     };
 
-    int column(qint64 x) const;
-    int row(qint64 y) const;
+    // An arithmetic shift floors, and clamping is monotonic: a box reaching outside the area
+    // still shares a bucket with every box it overlaps.
+    int column(qint64 x) const
+    {
+        const qint64 c = (x - m_area.left) >> m_cellShift;
+        return int(c < 0 ? 0 : (c >= m_columns ? m_columns - 1 : c));
+    }
+    int row(qint64 y) const
+    {
+        const qint64 r = (y - m_area.top) >> m_cellShift;
+        return int(r < 0 ? 0 : (r >= m_rows ? m_rows - 1 : r));
+    }
 
     Mode m_mode = Mode::Grid;
     std::vector<CloudRect> m_boxes;
