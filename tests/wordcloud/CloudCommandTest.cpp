@@ -215,18 +215,6 @@ void CloudCommandTest::usageErrors_data()
                                              QStringLiteral("c.png"), QStringLiteral("--size"),
                                              QStringLiteral("0x600")}
                               << QStringLiteral("--size wants");
-    QTest::newRow("huge size") << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"),
-                                              QStringLiteral("c.png"), QStringLiteral("--size"),
-                                              QStringLiteral("90000x600")}
-                               << QStringLiteral("--size wants");
-    QTest::newRow("coverage 0") << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"),
-                                               QStringLiteral("c.png"),
-                                               QStringLiteral("--coverage"), QStringLiteral("0")}
-                                << QStringLiteral("--coverage wants");
-    QTest::newRow("shape") << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"),
-                                          QStringLiteral("c.png"), QStringLiteral("--shape"),
-                                          QStringLiteral("circle")}
-                           << QStringLiteral("rect or ellipse");
     QTest::newRow("palette and gradient") << QStringList{QStringLiteral("w.tsv"),
                                                          QStringLiteral("--out"),
                                                          QStringLiteral("c.png"),
@@ -235,21 +223,10 @@ void CloudCommandTest::usageErrors_data()
                                                          QStringLiteral("--gradient"),
                                                          QStringLiteral("clRed,,clBlue")}
                                           << QStringLiteral("exclude each other");
-    QTest::newRow("palette 21") << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"),
-                                               QStringLiteral("c.png"), QStringLiteral("--palette"),
-                                               QStringLiteral("21")}
-                                << QStringLiteral("0 to 20");
     QTest::newRow("gradient colour")
         << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"), QStringLiteral("c.png"),
                        QStringLiteral("--gradient"), QStringLiteral("red,,blue")}
         << QStringLiteral("is not a colour");
-    QTest::newRow("seed") << QStringList{QStringLiteral("w.tsv"), QStringLiteral("--out"),
-                                         QStringLiteral("c.png"), QStringLiteral("--seed"),
-                                         QStringLiteral("abc")}
-                          << QStringLiteral("--seed wants");
-    QTest::newRow("two lists") << QStringList{QStringLiteral("a.tsv"), QStringLiteral("b.tsv"),
-                                              QStringLiteral("--out"), QStringLiteral("c.png")}
-                               << QStringLiteral("needs one WORDS.tsv");
     QTest::newRow("doc with layout options")
         << QStringList{QStringLiteral("--doc"), QStringLiteral("c.xml"), QStringLiteral("--out"),
                        QStringLiteral("c.png"), QStringLiteral("--random")}

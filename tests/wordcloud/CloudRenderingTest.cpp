@@ -64,7 +64,6 @@ private slots:
     void blendRoundsHalfToEven();
     void gradientTable();
     void gradientIndexFollowsWeight();
-    void equalWeightsTakeTheEndColour();
     void paletteColoursRepeat();
     void customAndUnknownPalettes();
     void backgroundFillsTheSurface();
@@ -130,17 +129,15 @@ void CloudRenderingTest::gradientIndexFollowsWeight()
     QCOMPARE(cloud.Word(1)->TextColor(), 0x414141);
     QCOMPARE(cloud.Word(2)->TextColor(), 0x000000);
     QCOMPARE(cloud.Word(2)->Font().color, 0x000000);
-}
 
-void CloudRenderingTest::equalWeightsTakeTheEndColour()
-{
-    TprWordCloud cloud;
-    cloud.Gradient().SetEndColor(kRed);
-    cloud.AddWord(QStringLiteral("a"), 5);
-    cloud.AddWord(QStringLiteral("b"), 5);
-    cloud.AssignColors();
-    QCOMPARE(cloud.Word(0)->TextColor(), kRed);
-    QCOMPARE(cloud.Word(1)->TextColor(), kRed);
+    // Equal weights all take the end colour.
+    TprWordCloud equal;
+    equal.Gradient().SetEndColor(kRed);
+    equal.AddWord(QStringLiteral("a"), 5);
+    equal.AddWord(QStringLiteral("b"), 5);
+    equal.AssignColors();
+    QCOMPARE(equal.Word(0)->TextColor(), kRed);
+    QCOMPARE(equal.Word(1)->TextColor(), kRed);
 }
 
 void CloudRenderingTest::paletteColoursRepeat()
