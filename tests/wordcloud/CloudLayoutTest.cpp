@@ -25,7 +25,7 @@ void captureDebug(QtMsgType type, const QMessageLogContext& context, const QStri
     }
 }
 
-struct CloudSpec
+struct CloudSetup
 {
     int words = 60;
     QSize client{620, 420};
@@ -37,17 +37,17 @@ struct CloudSpec
     quint64 seed = 1;
 };
 
-void fill(TprWordCloud& cloud, const CloudSpec& spec)
+void fill(TprWordCloud& cloud, const CloudSetup& setup)
 {
-    cloud.SetClientSize(spec.client);
-    cloud.SetCloudShape(spec.shape);
-    cloud.SetPlaceCenter(spec.placeCenter);
-    cloud.SetContinueFromLastWord(spec.continueFromLastWord);
-    cloud.SetDirection(spec.direction);
-    cloud.SetCoverage(spec.coverage);
-    cloud.SetRandomSeed(spec.seed);
-    QRandomGenerator random(quint32(spec.seed * 7919 + quint64(spec.words)));
-    for (int i = 0; i < spec.words; ++i) {
+    cloud.SetClientSize(setup.client);
+    cloud.SetCloudShape(setup.shape);
+    cloud.SetPlaceCenter(setup.placeCenter);
+    cloud.SetContinueFromLastWord(setup.continueFromLastWord);
+    cloud.SetDirection(setup.direction);
+    cloud.SetCoverage(setup.coverage);
+    cloud.SetRandomSeed(setup.seed);
+    QRandomGenerator random(quint32(setup.seed * 7919 + quint64(setup.words)));
+    for (int i = 0; i < setup.words; ++i) {
         const int weight =
             std::max(1, int(std::lround(300.0 / std::pow(i + 1, 0.7))) + int(random.bounded(3)));
         QString text;
@@ -69,10 +69,10 @@ struct Layout
     int placed = 0;
 };
 
-Layout layOut(const CloudSpec& spec, bool reference)
+Layout layOut(const CloudSetup& setup, bool reference)
 {
     TprWordCloud cloud;
-    fill(cloud, spec);
+    fill(cloud, setup);
     cloud.SetReferenceLayout(reference);
     Layout out;
     out.result = cloud.GenerateCloud(true);
@@ -95,7 +95,7 @@ bool insideEllipse(const CloudRect& area, double x, double y)
 
 } // namespace
 
-Q_DECLARE_METATYPE(CloudSpec)
+Q_DECLARE_METATYPE(CloudSetup)
 
 class CloudLayoutTest : public QObject
 {
@@ -204,27 +204,27 @@ void CloudLayoutTest::randomStartPositionStaysInItsRange()
 
 void CloudLayoutTest::placedBoxesNeitherOverlapNorTouch_data()
 {
-    QTest::addColumn<CloudSpec>("spec");
+    QTest::addColumn<CloudSetup>("setup");
     for (quint64 seed = 1; seed <= 4; ++seed) {
-        CloudSpec spec;
-        spec.seed = seed;
-        spec.words = 120;
-        QTest::addRow("rectangle, centre, seed %llu", seed) << spec;
-        spec.shape = TprWordCloud::Ellipse;
-        QTest::addRow("ellipse, centre, seed %llu", seed) << spec;
-        spec.placeCenter = false;
-        QTest::addRow("ellipse, random, seed %llu", seed) << spec;
-        spec.shape = TprWordCloud::Rectangle;
-        spec.direction = TprWordCloud::Mirrored;
-        QTest::addRow("rectangle, random, mirrored, seed %llu", seed) << spec;
+        CloudSetup setup;
+        setup.seed = seed;
+        setup.words = 120;
+        QTest::addRow("rectangle, centre, seed %llu", seed) << setup;
+        setup.shape = TprWordCloud::Ellipse;
+        QTest::addRow("ellipse, centre, seed %llu", seed) << setup;
+        setup.placeCenter = false;
+        QTest::addRow("ellipse, random, seed %llu", seed) << setup;
+        setup.shape = TprWordCloud::Rectangle;
+        setup.direction = TprWordCloud::Mirrored;
+        QTest::addRow("rectangle, random, mirrored, seed %llu", seed) << setup;
     }
 }
 
 void CloudLayoutTest::placedBoxesNeitherOverlapNorTouch()
 {
-    QFETCH(CloudSpec, spec);
+    QFETCH(CloudSetup, setup);
     TprWordCloud cloud;
-    fill(cloud, spec);
+    fill(cloud, setup);
     cloud.GenerateCloud(true);
     const CloudRect area = cloud.GetCanvasDimension();
     QList<CloudRect> placed;
@@ -234,7 +234,7 @@ void CloudLayoutTest::placedBoxesNeitherOverlapNorTouch()
         }
         const CloudRect& b = word->BoundsRect();
         QVERIFY(!b.isEmpty());
-        if (spec.shape == TprWordCloud::Ellipse) {
+        if (setup.shape == TprWordCloud::Ellipse) {
             QVERIFY(insideEllipse(area, b.left, b.top));
             QVERIFY(insideEllipse(area, b.right, b.bottom));
         } else {
@@ -259,50 +259,50 @@ void CloudLayoutTest::fastWalkMatchesReferenceWalk()
     QRandomGenerator random(20240601);
     int failedRuns = 0;
     for (int n = 0; n < 36; ++n) {
-        CloudSpec spec;
-        spec.seed = random.generate64();
-        spec.words = 5 + int(random.bounded(180));
-        spec.client = QSize(90 + int(random.bounded(600)), 70 + int(random.bounded(450)));
-        spec.shape = quint8(random.bounded(3)); // 2 acts as a rectangle
-        spec.placeCenter = random.bounded(4) != 0;
-        spec.continueFromLastWord = random.bounded(4) != 0;
-        spec.direction = quint8(random.bounded(3));
-        spec.coverage = float(0.2 + random.bounded(0.8));
-        const Layout fast = layOut(spec, false);
-        const Layout reference = layOut(spec, true);
+        CloudSetup setup;
+        setup.seed = random.generate64();
+        setup.words = 5 + int(random.bounded(180));
+        setup.client = QSize(90 + int(random.bounded(600)), 70 + int(random.bounded(450)));
+        setup.shape = quint8(random.bounded(3)); // 2 acts as a rectangle
+        setup.placeCenter = random.bounded(4) != 0;
+        setup.continueFromLastWord = random.bounded(4) != 0;
+        setup.direction = quint8(random.bounded(3));
+        setup.coverage = float(0.2 + random.bounded(0.8));
+        const Layout fast = layOut(setup, false);
+        const Layout reference = layOut(setup, true);
         const QString what = QStringLiteral("cloud %1: %2 words on %3x%4, shape %5")
                                  .arg(n)
-                                 .arg(spec.words)
-                                 .arg(spec.client.width())
-                                 .arg(spec.client.height())
-                                 .arg(spec.shape);
+                                 .arg(setup.words)
+                                 .arg(setup.client.width())
+                                 .arg(setup.client.height())
+                                 .arg(setup.shape);
         QVERIFY2(fast.boxes == reference.boxes, qPrintable(what));
         QVERIFY2(fast.visible == reference.visible, qPrintable(what));
         QCOMPARE(fast.order, reference.order);
         QCOMPARE(fast.result, reference.result);
         QCOMPARE(fast.coverage, reference.coverage);
         QCOMPARE(fast.placed, reference.placed);
-        failedRuns += fast.coverage < spec.coverage;
+        failedRuns += fast.coverage < setup.coverage;
     }
     QVERIFY(failedRuns > 0); // some clouds went through the retries
 }
 
 void CloudLayoutTest::fixedSeedReproducesTheLayout()
 {
-    CloudSpec spec;
-    spec.words = 150;
-    spec.placeCenter = false;
-    spec.seed = 77;
-    const Layout first = layOut(spec, false);
-    const Layout second = layOut(spec, false);
+    CloudSetup setup;
+    setup.words = 150;
+    setup.placeCenter = false;
+    setup.seed = 77;
+    const Layout first = layOut(setup, false);
+    const Layout second = layOut(setup, false);
     QCOMPARE(first.boxes, second.boxes);
     QCOMPARE(first.visible, second.visible);
 
     // A second layout of a laid-out cloud starts from the boxes of the first (resizing keeps
     // their centres), and is just as reproducible.
-    auto twice = [&spec] {
+    auto twice = [&setup] {
         TprWordCloud cloud;
-        fill(cloud, spec);
+        fill(cloud, setup);
         cloud.GenerateCloud(true);
         cloud.GenerateCloud(true);
         QList<CloudRect> boxes;
@@ -316,12 +316,12 @@ void CloudLayoutTest::fixedSeedReproducesTheLayout()
 
 void CloudLayoutTest::seedsGiveDifferentLayouts()
 {
-    CloudSpec spec;
-    spec.words = 80;
+    CloudSetup setup;
+    setup.words = 80;
     QSet<QString> layouts;
     for (quint64 seed = 1; seed <= 4; ++seed) {
-        spec.seed = seed;
-        const Layout l = layOut(spec, false);
+        setup.seed = seed;
+        const Layout l = layOut(setup, false);
         QString key;
         for (const CloudRect& b : l.boxes) {
             key += QStringLiteral("%1,%2;").arg(b.left).arg(b.top);
@@ -385,10 +385,10 @@ void CloudLayoutTest::noRetryWithoutAutoResize()
 void CloudLayoutTest::cancelEndsTheRunAndTheRetryIsNotCancelled()
 {
     TprWordCloud cloud;
-    CloudSpec spec;
-    spec.words = 40;
-    spec.coverage = 0.3f;
-    fill(cloud, spec);
+    CloudSetup setup;
+    setup.words = 40;
+    setup.coverage = 0.3f;
+    fill(cloud, setup);
     QList<int> percents;
     connect(&cloud, &TprWordCloud::OnProgress, this, [&](int percent) {
         percents << percent;
@@ -410,10 +410,10 @@ void CloudLayoutTest::cancelEndsTheRunAndTheRetryIsNotCancelled()
 void CloudLayoutTest::progressCountsTheWords()
 {
     TprWordCloud cloud;
-    CloudSpec spec;
-    spec.words = 7;
-    spec.coverage = 0.2f;
-    fill(cloud, spec);
+    CloudSetup setup;
+    setup.words = 7;
+    setup.coverage = 0.2f;
+    fill(cloud, setup);
     QSignalSpy progress(&cloud, &TprWordCloud::OnProgress);
     QSignalSpy changed(&cloud, &TprWordCloud::Changed);
     QVERIFY(cloud.GenerateCloud(true));
@@ -429,9 +429,9 @@ void CloudLayoutTest::progressCountsTheWords()
 void CloudLayoutTest::clickSelectsTheWordUnderThePoint()
 {
     TprWordCloud cloud;
-    CloudSpec spec;
-    spec.words = 10;
-    fill(cloud, spec);
+    CloudSetup setup;
+    setup.words = 10;
+    fill(cloud, setup);
     QVERIFY(cloud.GenerateCloud(true));
     TprWord* word = cloud.Word(3);
     const CloudRect box = word->BoundsRect();
