@@ -454,9 +454,12 @@ bool TprWordCloud::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume
             }
         }
         ++n;
-        blocked = !fits(box, area);
+        // After a jump the box is known to be inside the area's rectangle and off the
+        // remembered collider: only the ellipse and the other words remain to be asked about.
+        const bool jumped = !m_referenceLayout && (dx == 0) != (dy == 0);
+        blocked = jumped ? (m_cloudShape == Ellipse && !fits(box, area)) : !fits(box, area);
         if (!blocked) {
-            if (collider >= 0 && placed.box(collider).overlaps(box)) {
+            if (!jumped && collider >= 0 && placed.box(collider).overlaps(box)) {
                 blocked = true;
             } else if (const int hit = placed.firstOverlap(box); hit >= 0) {
                 collider = hit;
