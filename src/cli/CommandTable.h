@@ -70,5 +70,6 @@ private:
 void registerStoreCommands(CommandTable& table);
 void registerDemoCommand(CommandTable& table);
 void registerOutlineCommand(CommandTable& table);
+void registerCloudCommand(CommandTable& table);
 
 } // namespace kestrum::cli

@@ -35,6 +35,7 @@ int main(int argc, char** argv)
     registerStoreCommands(table);
     registerDemoCommand(table);
     registerOutlineCommand(table);
+    registerCloudCommand(table);
     PageExporterTable exporters;
     registerGridPageExporters(exporters);
     registerTextPageExporters(exporters);

@@ -1,0 +1,7 @@
+#include "WordCloudLog.h"
+
+namespace kestrum::wordcloud {
+
+Q_LOGGING_CATEGORY(lcWordCloud, "kestrum.wordcloud", QtInfoMsg)
+
+} // namespace kestrum::wordcloud
