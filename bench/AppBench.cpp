@@ -1,6 +1,7 @@
 // The main window over a 10,000-node outline: selecting a node until its page is shown, and
 // each outline command including the outline write.
 
+#include "BenchMain.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/TKestrumM.h"
@@ -173,14 +174,4 @@ BENCHMARK(BM_NewAndDelete)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KESTRUM_BENCHMARK_MAIN(QApplication)

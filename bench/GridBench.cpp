@@ -2,6 +2,7 @@
 // and load, each export, and showing the page in the editor.
 //   ./build/bench/GridBench [--benchmark_filter=...]
 
+#include "BenchMain.h"
 #include "editors/grid/DelimitedTextReader.h"
 #include "editors/grid/DelimitedTextWriter.h"
 #include "editors/grid/GridExporter.h"
@@ -150,14 +151,4 @@ BENCHMARK(BM_PaintScreen)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KESTRUM_BENCHMARK_MAIN(QApplication)

@@ -2,6 +2,7 @@
 // Appending pages, opening the project, writing the outline, reading one page, and taking in
 // 10,000 handed-over records.
 
+#include "BenchMain.h"
 #include "common/DayCount.h"
 #include "store/OutlineStream.h"
 #include "store/PageTable.h"
@@ -285,11 +286,4 @@ BENCHMARK(BM_OpenPeakMemory)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KESTRUM_BENCHMARK_MAIN(QCoreApplication)

@@ -2,6 +2,7 @@
 // tables and a few pictures), and switching the text page to and from a page holding it.
 //   ./build/bench/TextBench [--benchmark_filter=...]
 
+#include "BenchMain.h"
 #include "editors/text/TRMWPEditor.h"
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/WPView.h"
@@ -178,14 +179,4 @@ BENCHMARK(BM_SwitchFromPage)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KESTRUM_BENCHMARK_MAIN(QApplication)

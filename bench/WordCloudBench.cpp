@@ -14,6 +14,7 @@
 // so that neither earlier benchmarks nor the allocator's reuse of their memory hide it. Both
 // figures include the font engine's first use (font files, shaping and glyph caches).
 
+#include "BenchMain.h"
 #include "common/Rounding.h"
 #include "wordcloud/TprWordCloud.h"
 
@@ -175,18 +176,4 @@ BENCHMARK(BM_Memory)->Arg(100)->Arg(500)->Arg(2000)->Iterations(1)->Unit(benchma
 
 } // namespace
 
-int main(int argc, char** argv)
-{
-    // Fonts and painting without a display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+KESTRUM_BENCHMARK_MAIN(QGuiApplication)

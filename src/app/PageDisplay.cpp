@@ -1,4 +1,5 @@
 #include "PageDisplay.h"
+#include "app/WaitCursor.h"
 
 #include "app/Dialogs.h"
 #include "app/EditorArea.h"
@@ -16,16 +17,6 @@ namespace kestrum::app {
 namespace PageType = store::PageType;
 
 namespace {
-
-// The wait cursor for the lifetime of a scope.
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 // Pending window messages run, but no user input: a click must not start another show.
 void letPendingMessagesRun()

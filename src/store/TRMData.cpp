@@ -1,4 +1,5 @@
 #include "TRMData.h"
+#include "common/ScopedFlag.h"
 
 #include "common/DayCount.h"
 #include "common/IniFile.h"
@@ -21,24 +22,12 @@ namespace kestrum::store {
 
 namespace {
 
+
 const QString kOptions = QStringLiteral("OPTIONS");
 const QString kPublicFileName = QStringLiteral("Public File Name");
 const QString kSupModified = QStringLiteral("SUP Modified");
 const QString kNewItems = QStringLiteral("New items");
 const QString kDefaultRootCaption = QStringLiteral("Project name");
-
-// Sets a flag for the lifetime of a scope.
-class FlagGuard
-{
-public:
-    explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
-    ~FlagGuard() { m_flag = false; }
-    FlagGuard(const FlagGuard&) = delete;
-    FlagGuard& operator=(const FlagGuard&) = delete;
-
-private:
-    bool& m_flag;
-};
 
 OutlineNodeData folderNode(const QString& caption)
 {
@@ -252,7 +241,7 @@ void TRMData::flushBeforeClose()
 void TRMData::closeConnections()
 {
     {
-        FlagGuard closing(m_closing);
+        common::ScopedFlag closing(m_closing);
         m_table.reset();
         m_db.reset();
         m_fileName.clear();
@@ -307,7 +296,7 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
     if (!usable()) {
         return -1;
     }
-    FlagGuard adding(m_adding);
+    common::ScopedFlag adding(m_adding);
     m_lastImportUnsaved = false;
     SqliteTransaction tx(*m_db);
     const qint32 id = m_table->insert(now(), title, pageType, {}, {});
@@ -350,7 +339,7 @@ qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
     if (!usable()) {
         return -1;
     }
-    FlagGuard adding(m_adding);
+    common::ScopedFlag adding(m_adding);
     SqliteTransaction tx(*m_db);
     const qint32 id = m_table->insert(now(), title, pageType, {}, {});
     m_currentPageId = id;

@@ -1,4 +1,5 @@
 #include "TprWordCloud.h"
+#include "common/ScopedFlag.h"
 
 #include "CloudDocument.h"
 #include "CloudPalettes.h"
@@ -28,23 +29,11 @@ using common::TColor;
 
 namespace {
 
+
 // Client sizes beyond this are held there: pictures stay within what an image can hold.
 constexpr int kMaxClientSide = 32767;
 // The coverage fit never grows a font beyond this size.
 constexpr qint32 kMaxFitSize = 32768;
-
-// Clears a flag when a scope ends, however it ends.
-class FlagGuard
-{
-public:
-    explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
-    ~FlagGuard() { m_flag = false; }
-    FlagGuard(const FlagGuard&) = delete;
-    FlagGuard& operator=(const FlagGuard&) = delete;
-
-private:
-    bool& m_flag;
-};
 
 } // namespace
 
@@ -568,7 +557,7 @@ bool TprWordCloud::GenerateCloud(bool aResetPosition)
     if (m_generating || m_words.empty() || area.width() <= 0 || area.height() <= 0) {
         return false;
     }
-    FlagGuard generating(m_generating);
+    common::ScopedFlag generating(m_generating);
     bool placedAll = generateOnce(aResetPosition);
     while (!placedAll) {
         qCDebug(lcWordCloud).nospace().noquote() << "Coverage Too High: " << m_currentCoverage;

@@ -1,4 +1,5 @@
 #include "TRMGridEditor.h"
+#include "app/WaitCursor.h"
 
 #include "app/Dialogs.h"
 #include "editors/grid/ColourSelectorButton.h"
@@ -27,15 +28,7 @@ namespace kestrum::grid {
 
 namespace {
 
-// Shows the wait cursor while it lives.
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
+using app::WaitCursor;
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "TRMWPEditor.h"
+#include "app/WaitCursor.h"
 
 #include "app/Dialogs.h"
 #include "editors/text/ColourSelector.h"
@@ -40,17 +41,9 @@ namespace kestrum::text {
 
 namespace {
 
-constexpr const char* kEnglish = "kestrumEnglishCaption";
+using app::WaitCursor;
 
-// The wait cursor for the length of a scope.
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
+constexpr const char* kEnglish = "kestrumEnglishCaption";
 
 const QStringList& importFilters()
 {
