@@ -1,5 +1,5 @@
 // Pictures of the main window for looking at it: `WindowShots PROJECT OUTDIR` writes a PNG
-// per state (a page selected, a folder selected, the project node selected, the Items menu).
+// per outline node, shown as a click would show it.
 // Not a test: run it by hand, with or without a display.
 
 #include "app/DefaultEditors.h"
@@ -54,16 +54,11 @@ int main(int argc, char** argv)
         return false;
     };
     shot(QStringLiteral("opened"));
-    for (int kind : {0, 1, 2, 3, 5, 8, 12, 13}) {
-        if (selectCaption(
-                [kind](const store::OutlineNode* n) { return n->imageIndex() == kind; })) {
-            shot(QStringLiteral("kind-%1").arg(kind));
-        }
+    const int count = window.data().outline().count();
+    for (int i = 0; i < count; ++i) {
+        const store::OutlineNode* wanted = window.data().outline().nodeAt(i);
+        selectCaption([wanted](const store::OutlineNode* n) { return n == wanted; });
+        shot(QStringLiteral("node-%1").arg(i, 2, 10, QLatin1Char('0')));
     }
-    if (selectCaption([](const store::OutlineNode* n) { return n->imageIndex() == 11; })) {
-        shot(QStringLiteral("folder"));
-    }
-    selectCaption([](const store::OutlineNode* n) { return !n->parent(); });
-    shot(QStringLiteral("project-node"));
     return 0;
 }

@@ -106,7 +106,9 @@ bool GridView::eventFilter(QObject* watched, QEvent* event)
         QPainter painter(m_corner);
         QStyleOptionHeader option;
         option.initFrom(m_corner);
-        option.state |= QStyle::State_Enabled; // it does not select all, but reads as a header
+        // It does not select all, but reads as a header: drawn enabled, not greyed.
+        option.state |= QStyle::State_Enabled;
+        option.palette.setCurrentColorGroup(QPalette::Active);
         option.rect = m_corner->rect();
         option.position = QStyleOptionHeader::OnlyOneSection;
         option.textAlignment = Qt::AlignLeft | Qt::AlignVCenter;
