@@ -1,7 +1,16 @@
 #!/usr/bin/env bash
-# Builds Kestrum and runs every test (headless). Exits non-zero when any test fails.
+# Builds Kestrum and runs every test (headless); then builds the core with the address and
+# undefined-behaviour sanitizers and runs the core tests again. Exits non-zero when any fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/build.sh
-cd build
-ctest --output-on-failure -j2
+(cd build && ctest --output-on-failure -j2)
+
+# The sanitizer pass: only the core tests and what they need.
+cmake -S . -B build-asan -G Ninja -DKESTRUM_SANITIZE=address,undefined \
+  -DKESTRUM_BUILD_BENCH=OFF -DKESTRUM_BUILD_APP=OFF >/dev/null
+core_tests=$(cd build-asan && ctest -N -L core | awk '/Test +#/ {print $3}')
+cmake --build build-asan --target kestrum-cli $core_tests
+export ASAN_OPTIONS=detect_leaks=0:abort_on_error=1
+export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+(cd build-asan && ctest --output-on-failure -j2 -L core)
