@@ -2198,29 +2198,20 @@ void Parser::controlWord(const RtfToken& token)
         para.shading = p;
         break;
     case Kw::BrdrT:
-        m_borderTarget = BorderTarget::Paragraph;
-        m_borderBox = false;
-        m_borderSide = SideTop;
-        para.borders[SideTop].style = QTextFrameFormat::BorderStyle_Solid;
-        break;
     case Kw::BrdrB:
-        m_borderTarget = BorderTarget::Paragraph;
-        m_borderBox = false;
-        m_borderSide = SideBottom;
-        para.borders[SideBottom].style = QTextFrameFormat::BorderStyle_Solid;
-        break;
     case Kw::BrdrL:
+    case Kw::BrdrR: {
+        // A paragraph border: the border words that follow describe this side.
+        const int side = kw == Kw::BrdrT   ? SideTop
+                         : kw == Kw::BrdrB ? SideBottom
+                         : kw == Kw::BrdrL ? SideLeft
+                                           : SideRight;
         m_borderTarget = BorderTarget::Paragraph;
         m_borderBox = false;
-        m_borderSide = SideLeft;
-        para.borders[SideLeft].style = QTextFrameFormat::BorderStyle_Solid;
+        m_borderSide = side;
+        para.borders[side].style = QTextFrameFormat::BorderStyle_Solid;
         break;
-    case Kw::BrdrR:
-        m_borderTarget = BorderTarget::Paragraph;
-        m_borderBox = false;
-        m_borderSide = SideRight;
-        para.borders[SideRight].style = QTextFrameFormat::BorderStyle_Solid;
-        break;
+    }
     case Kw::Box:
         for (RtfBorder& b : para.borders) {
             b.style = QTextFrameFormat::BorderStyle_Solid;

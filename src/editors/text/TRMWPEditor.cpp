@@ -43,6 +43,46 @@ namespace {
 
 using app::WaitCursor;
 
+// Calls `visit` for every paragraph the cursor's selection touches (the caret's paragraph when
+// nothing is selected).
+template <typename Visit> void forEachSelectedBlock(const QTextCursor& cursor, Visit&& visit)
+{
+    const QTextDocument* doc = cursor.document();
+    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
+    for (QTextBlock block = doc->findBlock(cursor.selectionStart()); block.isValid();
+         block = block.next()) {
+        visit(block);
+        if (block == last) {
+            break;
+        }
+    }
+}
+
+// Takes the selected paragraphs out of their lists; with `format`, puts them into one new list
+// of that format. `resetIndent` also clears the indent their old list gave them.
+void relistSelection(const QTextCursor& cursor, const std::optional<QTextListFormat>& format,
+                     bool resetIndent)
+{
+    QTextList* created = nullptr;
+    forEachSelectedBlock(cursor, [&](const QTextBlock& block) {
+        if (QTextList* old = block.textList()) {
+            old->remove(block);
+            if (resetIndent) {
+                QTextBlockFormat plain = block.blockFormat();
+                plain.setIndent(0);
+                QTextCursor(block).setBlockFormat(plain);
+            }
+        }
+        if (format) {
+            if (!created) {
+                created = QTextCursor(block).createList(*format);
+            } else {
+                created->add(block);
+            }
+        }
+    });
+}
+
 constexpr const char* kEnglish = "kestrumEnglishCaption";
 
 const QStringList& importFilters()
@@ -701,30 +741,8 @@ void TRMWPEditor::bulletsDialog()
         return;
     }
     const std::optional<QTextListFormat> format = dialog.listFormat();
-    QTextDocument* doc = m_view->document();
-    const QTextBlock first = doc->findBlock(cursor.selectionStart());
-    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
     cursor.beginEditBlock();
-    QTextList* created = nullptr;
-    for (QTextBlock block = first; block.isValid(); block = block.next()) {
-        if (QTextList* old = block.textList()) {
-            old->remove(block);
-            QTextCursor c(block);
-            QTextBlockFormat plain = block.blockFormat();
-            plain.setIndent(0);
-            c.setBlockFormat(plain);
-        }
-        if (format) {
-            if (!created) {
-                created = QTextCursor(block).createList(*format);
-            } else {
-                created->add(block);
-            }
-        }
-        if (block == last) {
-            break;
-        }
-    }
+    relistSelection(cursor, format, true);
     cursor.endEditBlock();
 }
 
@@ -784,16 +802,11 @@ void TRMWPEditor::bordersDialog()
     cursor.mergeBlockFormat(format);
     if (!chosen.colour.isValid()) {
         // The colour of the text: clear any colour the paragraphs had.
-        const QTextBlock first = m_view->document()->findBlock(cursor.selectionStart());
-        const QTextBlock last = m_view->document()->findBlock(cursor.selectionEnd());
-        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+        forEachSelectedBlock(cursor, [](const QTextBlock& block) {
             QTextBlockFormat f = block.blockFormat();
             f.clearProperty(TextProperty::BorderColour);
             QTextCursor(block).setBlockFormat(f);
-            if (block == last) {
-                break;
-            }
-        }
+        });
     }
     cursor.endEditBlock();
     m_view->viewport()->update();
@@ -835,21 +848,8 @@ void TRMWPEditor::toggleList(int style)
     const bool sameKind =
         list && ((list->format().style() >= QTextListFormat::ListSquare) == bullets);
     cursor.beginEditBlock();
-    QTextDocument* doc = m_view->document();
-    const QTextBlock first = doc->findBlock(cursor.selectionStart());
-    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
     if (sameKind) {
-        for (QTextBlock block = first; block.isValid(); block = block.next()) {
-            if (QTextList* l = block.textList()) {
-                l->remove(block);
-                QTextBlockFormat f = block.blockFormat();
-                f.setIndent(0);
-                QTextCursor(block).setBlockFormat(f);
-            }
-            if (block == last) {
-                break;
-            }
-        }
+        relistSelection(cursor, std::nullopt, true);
     } else {
         QTextListFormat format;
         format.setStyle(QTextListFormat::Style(style));
@@ -857,20 +857,7 @@ void TRMWPEditor::toggleList(int style)
         if (!bullets) {
             format.setNumberSuffix(QStringLiteral("."));
         }
-        QTextList* created = nullptr;
-        for (QTextBlock block = first; block.isValid(); block = block.next()) {
-            if (QTextList* old = block.textList()) {
-                old->remove(block);
-            }
-            if (!created) {
-                created = QTextCursor(block).createList(format);
-            } else {
-                created->add(block);
-            }
-            if (block == last) {
-                break;
-            }
-        }
+        relistSelection(cursor, format, false);
     }
     cursor.endEditBlock();
     updateFormatActions();
@@ -896,23 +883,7 @@ void TRMWPEditor::changeLevel(int delta)
         const int indent = std::clamp(format.indent() + delta, 1, 9);
         if (indent != format.indent()) {
             format.setIndent(indent);
-            QTextDocument* doc = m_view->document();
-            const QTextBlock first = doc->findBlock(cursor.selectionStart());
-            const QTextBlock last = doc->findBlock(cursor.selectionEnd());
-            QTextList* created = nullptr;
-            for (QTextBlock block = first; block.isValid(); block = block.next()) {
-                if (QTextList* old = block.textList()) {
-                    old->remove(block);
-                }
-                if (!created) {
-                    created = QTextCursor(block).createList(format);
-                } else {
-                    created->add(block);
-                }
-                if (block == last) {
-                    break;
-                }
-            }
+            relistSelection(cursor, format, false);
         }
     } else {
         QTextBlockFormat format = cursor.blockFormat();
@@ -1203,10 +1174,7 @@ void TRMWPEditor::setBorders(int sides, bool toggle, bool on)
             }
         }
     } else {
-        QTextDocument* doc = m_view->document();
-        const QTextBlock first = doc->findBlock(cursor.selectionStart());
-        const QTextBlock last = doc->findBlock(cursor.selectionEnd());
-        for (QTextBlock block = first; block.isValid(); block = block.next()) {
+        forEachSelectedBlock(cursor, [&](const QTextBlock& block) {
             QTextBlockFormat format = block.blockFormat();
             int current = format.intProperty(TextProperty::BorderSides);
             if (toggle) {
@@ -1218,10 +1186,7 @@ void TRMWPEditor::setBorders(int sides, bool toggle, bool on)
             }
             format.setProperty(TextProperty::BorderSides, current);
             QTextCursor(block).setBlockFormat(format);
-            if (block == last) {
-                break;
-            }
-        }
+        });
     }
     cursor.endEditBlock();
     m_view->viewport()->update();
