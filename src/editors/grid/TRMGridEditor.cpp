@@ -749,42 +749,49 @@ GridPrintOptions TRMGridEditor::printOptions(const QString& title) const
     return options;
 }
 
-void TRMGridEditor::PrintTheGrid(const QString& title)
+namespace {
+
+// Asks for the printing title, then runs `print` on the printer set up for a grid (landscape,
+// narrow margins); the printer's orientation is put back afterwards.
+template <typename Print>
+void withPrintTitle(QWidget* parent, QPrinter* printer, const QString& title, Print&& print)
 {
     const std::optional<QString> chosen = app::dialogs().getText(
-        this, QStringLiteral("Printing title"), QStringLiteral("Title:"), title);
+        parent, QStringLiteral("Printing title"), QStringLiteral("Title:"), title);
     if (!chosen) {
         return;
     }
+    const QPageLayout::Orientation orientation = printer->pageLayout().orientation();
+    printer->setPageOrientation(QPageLayout::Landscape);
+    printer->setPageMargins(QMarginsF(5, 5, 5, 5), QPageLayout::Millimeter);
+    print(*chosen);
+    printer->setPageOrientation(orientation);
+}
+
+} // namespace
+
+void TRMGridEditor::PrintTheGrid(const QString& title)
+{
     QPrinter* p = printer();
-    const QPageLayout::Orientation orientation = p->pageLayout().orientation();
-    p->setPageOrientation(QPageLayout::Landscape);
-    p->setPageMargins(QMarginsF(5, 5, 5, 5), QPageLayout::Millimeter);
-    if (app::dialogs().print(this, p)) {
-        WaitCursor wait;
-        GridPrinter gridPrinter(m_document.grid(), printOptions(*chosen));
-        gridPrinter.print(p);
-    }
-    p->setPageOrientation(orientation);
+    withPrintTitle(this, p, title, [&](const QString& chosen) {
+        if (app::dialogs().print(this, p)) {
+            WaitCursor wait;
+            GridPrinter gridPrinter(m_document.grid(), printOptions(chosen));
+            gridPrinter.print(p);
+        }
+    });
 }
 
 void TRMGridEditor::PreviewTheGrid(const QString& title)
 {
-    const std::optional<QString> chosen = app::dialogs().getText(
-        this, QStringLiteral("Printing title"), QStringLiteral("Title:"), title);
-    if (!chosen) {
-        return;
-    }
     QPrinter* p = printer();
-    const QPageLayout::Orientation orientation = p->pageLayout().orientation();
-    p->setPageOrientation(QPageLayout::Landscape);
-    p->setPageMargins(QMarginsF(5, 5, 5, 5), QPageLayout::Millimeter);
-    const GridPrintOptions options = printOptions(*chosen);
-    app::dialogs().printPreview(this, p, [this, &options](QPrinter* target) {
-        GridPrinter gridPrinter(m_document.grid(), options);
-        gridPrinter.print(target);
+    withPrintTitle(this, p, title, [&](const QString& chosen) {
+        const GridPrintOptions options = printOptions(chosen);
+        app::dialogs().printPreview(this, p, [this, &options](QPrinter* target) {
+            GridPrinter gridPrinter(m_document.grid(), options);
+            gridPrinter.print(target);
+        });
     });
-    p->setPageOrientation(orientation);
 }
 
 void TRMGridEditor::GridPrintBtnClick()

@@ -18,6 +18,23 @@ namespace kestrum::text {
 
 namespace {
 
+// The RTF word of a border style (dot-dash styles have none of their own: dashed).
+const char* borderStyleWord(int style)
+{
+    switch (style) {
+    case QTextFrameFormat::BorderStyle_Dotted:
+        return "brdrdot";
+    case QTextFrameFormat::BorderStyle_Dashed:
+    case QTextFrameFormat::BorderStyle_DotDash:
+    case QTextFrameFormat::BorderStyle_DotDotDash:
+        return "brdrdash";
+    case QTextFrameFormat::BorderStyle_Double:
+        return "brdrdb";
+    default:
+        return "brdrs";
+    }
+}
+
 constexpr int kListIndentTwips = 600; // one list level: the document's 40-pixel indent width
 
 // Unicode characters of Windows-1252 bytes 0x80..0x9F.
@@ -477,22 +494,7 @@ void RtfWriter::writeTable(const QTextTable* table)
                     continue;
                 }
                 word(side.name);
-                switch (style) {
-                case QTextFrameFormat::BorderStyle_Dotted:
-                    word("brdrdot");
-                    break;
-                case QTextFrameFormat::BorderStyle_Dashed:
-                case QTextFrameFormat::BorderStyle_DotDash:
-                case QTextFrameFormat::BorderStyle_DotDotDash:
-                    word("brdrdash");
-                    break;
-                case QTextFrameFormat::BorderStyle_Double:
-                    word("brdrdb");
-                    break;
-                default:
-                    word("brdrs");
-                    break;
-                }
+                word(borderStyleWord(style));
                 word("brdrw", width);
                 if (colour > 0) {
                     word("brdrcf", colour);
@@ -629,20 +631,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
                 continue;
             }
             word(name);
-            switch (style) {
-            case QTextFrameFormat::BorderStyle_Dotted:
-                word("brdrdot");
-                break;
-            case QTextFrameFormat::BorderStyle_Dashed:
-                word("brdrdash");
-                break;
-            case QTextFrameFormat::BorderStyle_Double:
-                word("brdrdb");
-                break;
-            default:
-                word("brdrs");
-                break;
-            }
+            word(borderStyleWord(style));
             word("brdrw", width);
             if (spacing > 0) {
                 word("brsp", spacing);
