@@ -20,6 +20,24 @@ namespace kestrum::text {
 
 namespace {
 
+// The list style of an RTF number format (1 upper roman, 2 lower roman, 3 upper letters,
+// 4 lower letters, anything else decimal).
+QTextListFormat::Style numberingStyle(int format)
+{
+    switch (format) {
+    case 1:
+        return QTextListFormat::ListUpperRoman;
+    case 2:
+        return QTextListFormat::ListLowerRoman;
+    case 3:
+        return QTextListFormat::ListUpperAlpha;
+    case 4:
+        return QTextListFormat::ListLowerAlpha;
+    default:
+        return QTextListFormat::ListDecimal;
+    }
+}
+
 constexpr int kMaxFonts = 4096;
 constexpr int kMaxFileColours = 65536;
 constexpr int kMaxDestinationText = 65536;
@@ -667,20 +685,6 @@ enum class BorderTarget
     Row
 };
 
-int hexNibble(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
-}
-
 // ---- the parser --------------------------------------------------------------------------------
 
 class Parser
@@ -1272,23 +1276,7 @@ RtfParagraph Parser::paragraph(const ParaState& state) const
                     list.setStyle(QTextListFormat::ListSquare);
                 }
             } else {
-                switch (levelDef.nfc) {
-                case 1:
-                    list.setStyle(QTextListFormat::ListUpperRoman);
-                    break;
-                case 2:
-                    list.setStyle(QTextListFormat::ListLowerRoman);
-                    break;
-                case 3:
-                    list.setStyle(QTextListFormat::ListUpperAlpha);
-                    break;
-                case 4:
-                    list.setStyle(QTextListFormat::ListLowerAlpha);
-                    break;
-                default:
-                    list.setStyle(QTextListFormat::ListDecimal);
-                    break;
-                }
+                list.setStyle(numberingStyle(levelDef.nfc));
                 qsizetype first = -1;
                 qsizetype last = -1;
                 for (qsizetype i = 0; i < text.size(); ++i) {
@@ -1317,23 +1305,7 @@ RtfParagraph Parser::paragraph(const ParaState& state) const
         if (legacy.bullet) {
             list.setStyle(QTextListFormat::ListDisc);
         } else {
-            switch (legacy.style) {
-            case 1:
-                list.setStyle(QTextListFormat::ListUpperRoman);
-                break;
-            case 2:
-                list.setStyle(QTextListFormat::ListLowerRoman);
-                break;
-            case 3:
-                list.setStyle(QTextListFormat::ListUpperAlpha);
-                break;
-            case 4:
-                list.setStyle(QTextListFormat::ListLowerAlpha);
-                break;
-            default:
-                list.setStyle(QTextListFormat::ListDecimal);
-                break;
-            }
+            list.setStyle(numberingStyle(legacy.style));
             list.setNumberPrefix(legacy.before);
             list.setNumberSuffix(legacy.after);
         }
@@ -1505,7 +1477,7 @@ void Parser::pictureHex(QByteArrayView bytes)
     }
     m_picture.data.reserve(m_picture.data.size() + bytes.size() / 2 + 1);
     for (char c : bytes) {
-        const int v = hexNibble(c);
+        const int v = hexDigitValue(c);
         if (v < 0) {
             continue; // blanks and stray characters between hex digits
         }

@@ -24,7 +24,9 @@ RtfToken make(RtfToken::Type type)
     return token;
 }
 
-int hexValue(char c)
+} // namespace
+
+int hexDigitValue(char c)
 {
     if (c >= '0' && c <= '9') {
         return c - '0';
@@ -37,8 +39,6 @@ int hexValue(char c)
     }
     return -1;
 }
-
-} // namespace
 
 RtfToken RtfTokenizer::next()
 {
@@ -91,8 +91,8 @@ RtfToken RtfTokenizer::readControl()
     if (!isLetter(c)) {
         ++m_pos;
         if (c == '\'') {
-            const int hi = m_pos < n ? hexValue(data[m_pos]) : -1;
-            const int lo = m_pos + 1 < n ? hexValue(data[m_pos + 1]) : -1;
+            const int hi = m_pos < n ? hexDigitValue(data[m_pos]) : -1;
+            const int lo = m_pos + 1 < n ? hexDigitValue(data[m_pos + 1]) : -1;
             if (hi < 0 || lo < 0) {
                 // Broken escape: drop it and whatever hex digit it had.
                 if (hi >= 0) {

@@ -5,6 +5,9 @@
 
 namespace kestrum::text {
 
+// The value of a hexadecimal digit, or -1.
+int hexDigitValue(char c);
+
 // One lexical item of an RTF stream.
 struct RtfToken
 {
