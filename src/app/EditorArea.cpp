@@ -1,6 +1,6 @@
 #include "EditorArea.h"
 
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "app/OverviewPanel.h"
 #include "app/PlaceholderEditor.h"
 #include "store/PageDocument.h"
@@ -96,7 +96,7 @@ void EditorArea::createStartupEditors()
     }
 }
 
-EditorPanel* EditorArea::ensurePanel(EditorKind kind)
+ui::EditorPanel* EditorArea::ensurePanel(EditorKind kind)
 {
     const std::size_t k = std::size_t(kind);
     if (kind == EditorKind::None) {
@@ -104,7 +104,7 @@ EditorPanel* EditorArea::ensurePanel(EditorKind kind)
     }
     if (!m_panels[k]) {
         const auto& make = m_factories.make[k];
-        EditorPanel* panel = make ? make(&m_container) : nullptr;
+        ui::EditorPanel* panel = make ? make(&m_container) : nullptr;
         if (!panel) {
             panel = new PlaceholderEditor(kind, &m_container);
         }
@@ -124,9 +124,9 @@ EditorPanel* EditorArea::ensurePanel(EditorKind kind)
     return m_panels[k];
 }
 
-EditorPanel* EditorArea::visiblePanel() const
+ui::EditorPanel* EditorArea::visiblePanel() const
 {
-    for (EditorPanel* panel : m_panels) {
+    for (ui::EditorPanel* panel : m_panels) {
         if (panel && !panel->isHidden() && panel != static_cast<QWidget*>(m_overview)) {
             return panel;
         }
@@ -136,7 +136,7 @@ EditorPanel* EditorArea::visiblePanel() const
 
 void EditorArea::setPanelVisible(EditorKind kind, bool visible)
 {
-    if (EditorPanel* panel = m_panels[std::size_t(kind)]) {
+    if (ui::EditorPanel* panel = m_panels[std::size_t(kind)]) {
         panel->setVisible(visible);
     }
 }
@@ -171,7 +171,7 @@ void EditorArea::ShowEditorNo(qint32 pageType)
     setBarVisible(EditorKind::Text, text);
     setMenuVisible(EditorKind::Text, text);
     if (!text) {
-        if (EditorPanel* panel = m_panels[std::size_t(EditorKind::Text)]) {
+        if (ui::EditorPanel* panel = m_panels[std::size_t(EditorKind::Text)]) {
             panel->document().clear();
         }
     }

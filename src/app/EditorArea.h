@@ -17,16 +17,18 @@ class QWidget;
 namespace kestrum::store {
 class TRMData;
 }
+namespace kestrum::ui {
+class EditorPanel;
+}
 
 namespace kestrum::app {
 
-class EditorPanel;
 class OverviewPanel;
 
 // How the editor of each kind is made; a kind without a factory gets a placeholder.
 struct EditorFactories
 {
-    std::array<std::function<EditorPanel*(QWidget* parent)>, store::kEditorKindCount> make{};
+    std::array<std::function<ui::EditorPanel*(QWidget* parent)>, store::kEditorKindCount> make{};
 };
 
 // The right-hand editors of the main window with their toolbars and menus: which is visible for
@@ -42,8 +44,8 @@ public:
     // Creates the editors that exist from start-up and registers their documents in the store.
     void createStartupEditors();
 
-    EditorPanel* panel(store::EditorKind kind) const { return m_panels[std::size_t(kind)]; }
-    EditorPanel* visiblePanel() const;
+    ui::EditorPanel* panel(store::EditorKind kind) const { return m_panels[std::size_t(kind)]; }
+    ui::EditorPanel* visiblePanel() const;
     QToolBar* toolBar(store::EditorKind kind) const { return m_toolBars[std::size_t(kind)]; }
     QMenu* menu(store::EditorKind kind) const { return m_menus[std::size_t(kind)]; }
     // Shown in place of an editor when the page kind has none.
@@ -62,7 +64,7 @@ signals:
     void contentChanged(kestrum::store::EditorKind kind);
 
 private:
-    EditorPanel* ensurePanel(store::EditorKind kind);
+    ui::EditorPanel* ensurePanel(store::EditorKind kind);
     void setPanelVisible(store::EditorKind kind, bool visible);
     void setBarVisible(store::EditorKind kind, bool visible);
     void setMenuVisible(store::EditorKind kind, bool visible);
@@ -73,7 +75,7 @@ private:
     OverviewPanel* m_overview = nullptr;
     store::TRMData& m_data;
     EditorFactories m_factories;
-    std::array<EditorPanel*, store::kEditorKindCount> m_panels{};
+    std::array<ui::EditorPanel*, store::kEditorKindCount> m_panels{};
     std::array<QToolBar*, store::kEditorKindCount> m_toolBars{};
     std::array<QMenu*, store::kEditorKindCount> m_menus{};
     QAction* m_find = nullptr;

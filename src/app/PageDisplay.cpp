@@ -1,9 +1,9 @@
 #include "PageDisplay.h"
-#include "app/WaitCursor.h"
+#include "ui/WaitCursor.h"
 
-#include "app/Dialogs.h"
+#include "ui/Dialogs.h"
 #include "app/EditorArea.h"
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "store/PageDocument.h"
 #include "store/StoreError.h"
 #include "store/TRMData.h"
@@ -67,7 +67,7 @@ bool PageDisplay::SaveModif()
             m_data.savePage(node->imageIndex(), node->data());
         } catch (const store::StoreError& e) {
             qWarning("%s", qPrintable(e.message()));
-            dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
+            ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
             ok = false;
         }
     }
@@ -78,7 +78,7 @@ bool PageDisplay::SaveModif()
             m_data.SaveComment(node->data(), m_comment.toPlainText());
         } catch (const store::StoreError& e) {
             qWarning("%s", qPrintable(e.message()));
-            dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
+            ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
             ok = false;
         }
     }
@@ -98,7 +98,7 @@ void PageDisplay::ShowNode()
     m_editors.ShowEditorNo(kind);
     letPendingMessagesRun();
     {
-        WaitCursor wait;
+        ui::WaitCursor wait;
         m_loading = true;
         // The node may have gone while messages ran.
         node = m_data.outline().selected();
@@ -109,7 +109,7 @@ void PageDisplay::ShowNode()
                 m_data.GetWP(pageId);
                 break;
             case store::EditorKind::Grid:
-                if (EditorPanel* grid = m_editors.panel(store::EditorKind::Grid)) {
+                if (ui::EditorPanel* grid = m_editors.panel(store::EditorKind::Grid)) {
                     grid->document().clear();
                 }
                 letPendingMessagesRun();
@@ -134,7 +134,7 @@ void PageDisplay::ShowNode()
                 break;
             }
         } catch (const store::StoreError& e) {
-            dialogs().warning(m_dialogParent, e.message());
+            ui::dialogs().warning(m_dialogParent, e.message());
         }
 
         m_comment.clear();
@@ -151,7 +151,7 @@ void PageDisplay::ShowNode()
                     m_comment.setPlainText(text);
                 }
             } catch (const store::StoreError& e) {
-                dialogs().warning(m_dialogParent, e.message());
+                ui::dialogs().warning(m_dialogParent, e.message());
             }
         }
         m_contentModified = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "store/RawPageDocument.h"
 
 class QLabel;
@@ -9,7 +9,7 @@ namespace kestrum::app {
 
 // The panel of a page kind whose editor this version does not have: it says so, and keeps the
 // page's content exactly as stored so that nothing is lost when the page is saved.
-class PlaceholderEditor : public EditorPanel
+class PlaceholderEditor : public ui::EditorPanel
 {
     Q_OBJECT
 public:

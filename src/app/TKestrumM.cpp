@@ -1,8 +1,8 @@
 #include "TKestrumM.h"
 
 #include "app/AppSettings.h"
-#include "app/Dialogs.h"
-#include "app/EditorPanel.h"
+#include "ui/Dialogs.h"
+#include "ui/EditorPanel.h"
 #include "app/Icons.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
@@ -335,7 +335,7 @@ void TKestrumM::buildMenusAndToolBars()
     help->menuAction()->setObjectName(QStringLiteral("HelpMenu"));
     QAction* about = new QAction(QStringLiteral("About Kestrum"), this);
     connect(about, &QAction::triggered, this, [this] {
-        dialogs().information(this, QStringLiteral("Kestrum %1\nOrganiser of analysis reports.")
+        ui::dialogs().information(this, QStringLiteral("Kestrum %1\nOrganiser of analysis reports.")
                                         .arg(QStringLiteral(KESTRUM_VERSION)));
     });
     help->addAction(about);
@@ -379,7 +379,7 @@ void TKestrumM::connectStore()
     connect(&data, &store::TRMData::buttonsUpdateRequested, this, &TKestrumM::CheckButtons);
     connect(&data, &store::TRMData::warning, this, [this](const QString& message) {
         if (m_inCommand) {
-            dialogs().warning(this, message);
+            ui::dialogs().warning(this, message);
         } else {
             statusBar()->showMessage(message, 10000);
         }
@@ -404,7 +404,7 @@ template <typename F> void TKestrumM::guarded(F&& work)
     try {
         work();
     } catch (const store::StoreError& e) {
-        dialogs().warning(this, e.message());
+        ui::dialogs().warning(this, e.message());
     }
     if (outer) {
         m_inCommand = false;
@@ -536,7 +536,7 @@ void TKestrumM::refreshRecentMenu()
         const QString file = files[i];
         connect(a, &QAction::triggered, this, [this, file] {
             if (!QFileInfo::exists(file)) {
-                dialogs().warning(this,
+                ui::dialogs().warning(this,
                                   QStringLiteral("The project \"%1\" no longer exists.").arg(file));
                 m_settings->removeRecentProject(file);
                 m_settings->save();
@@ -552,25 +552,25 @@ void TKestrumM::refreshRecentMenu()
 
 void TKestrumM::NewProjectClick()
 {
-    Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = QStringLiteral("New project");
     request.filters = kProjectFilters;
     request.defaultSuffix = QStringLiteral("kst");
     request.fileName = QStringLiteral("Report.kst");
-    if (const auto choice = dialogs().getSaveFileName(this, request)) {
+    if (const auto choice = ui::dialogs().getSaveFileName(this, request)) {
         createProject(choice->fileName);
     }
 }
 
 void TKestrumM::OpenProjectClick()
 {
-    Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = QStringLiteral("Open project");
     request.filters = kProjectFilters;
     if (const QString last = m_settings->lastProject(); !last.isEmpty()) {
         request.directory = QFileInfo(last).absolutePath();
     }
-    if (const auto choice = dialogs().getOpenFileName(this, request)) {
+    if (const auto choice = ui::dialogs().getOpenFileName(this, request)) {
         openProject(choice->fileName);
     }
 }
@@ -616,7 +616,7 @@ void TKestrumM::NodeNewClick()
         }
         OutlineNode* selected = outline.selected();
         TRMNewNoteDlg dialog(selected == outline.root(), this);
-        if (dialogs().exec(&dialog) == QDialog::Accepted) {
+        if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
             OutlineNode* node =
                 m_commands->newItem(selected, {dialog.folder(), dialog.after(), dialog.title()});
             m_display->clearComment();
@@ -637,10 +637,10 @@ void TKestrumM::NodeImportClick()
     }
     guarded([&] {
         m_display->SaveModif();
-        Dialogs::FileRequest request;
+        ui::Dialogs::FileRequest request;
         request.caption = QStringLiteral("Import files");
         request.filters = kImportFilters;
-        const auto files = dialogs().getOpenFileNames(this, request);
+        const auto files = ui::dialogs().getOpenFileNames(this, request);
         if (!files || files->isEmpty()) {
             return;
         }
@@ -669,7 +669,7 @@ void TKestrumM::NodeDeleteClick()
     if (!selected || !selected->parent()) {
         return;
     }
-    if (!dialogs().askYesNo(this, QStringLiteral("Kestrum"),
+    if (!ui::dialogs().askYesNo(this, QStringLiteral("Kestrum"),
                             QStringLiteral("Are you sure you want to delete item: ") +
                                 selected->caption())) {
         return;
@@ -692,7 +692,7 @@ void TKestrumM::NodeRenameClick()
     guarded([&] {
         m_display->SaveModif();
         if (const auto title =
-                dialogs().getText(this, QStringLiteral("Edit title"),
+                ui::dialogs().getText(this, QStringLiteral("Edit title"),
                                   QStringLiteral("Type the new title"), selected->caption())) {
             m_commands->rename(selected, *title);
         }
@@ -742,7 +742,7 @@ void TKestrumM::Custom1Click()
     if (!selected->fields().usesTreeColours) {
         initial = common::toQColor(selected->fields().textColor);
     }
-    if (const auto colour = dialogs().getColour(this, initial, QStringLiteral("Change color"))) {
+    if (const auto colour = ui::dialogs().getColour(this, initial, QStringLiteral("Change color"))) {
         colourSelected(common::fromQColor(*colour));
     }
 }
@@ -832,7 +832,7 @@ void TKestrumM::MoveToSupClick()
     guarded([&] {
         m_display->SaveModif(); // the kept copy holds what is on screen
         m_data->MoveToSup();
-        dialogs().notice(this, QStringLiteral("Saved!"), 500);
+        ui::dialogs().notice(this, QStringLiteral("Saved!"), 500);
     });
 }
 
@@ -872,14 +872,14 @@ void TKestrumM::Timer1Timer()
 
 void TKestrumM::Find1Click()
 {
-    if (EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
+    if (ui::EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
         panel->find();
     }
 }
 
 void TKestrumM::Replace1Click()
 {
-    if (EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
+    if (ui::EditorPanel* panel = m_editors->visiblePanel(); panel && panel->canFind()) {
         panel->replace();
     }
 }

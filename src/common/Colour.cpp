@@ -172,4 +172,14 @@ bool colourFromString(const QString& text, TColor* colour)
     return false;
 }
 
+const std::array<TColor, 20>& standardPalette()
+{
+    static constexpr std::array<TColor, 20> kPalette{
+        clBlack, clMaroon, clGreen,      clOlive,   clNavy,  clPurple, clTeal,
+        clGray,  clSilver, clRed,        clLime,    clYellow, clBlue,  clFuchsia,
+        clAqua,  clWhite,  clMoneyGreen, clSkyBlue, clCream, clMedGray,
+    };
+    return kPalette;
+}
+
 } // namespace kestrum::common

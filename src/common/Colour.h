@@ -4,6 +4,8 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <array>
+
 class QPalette;
 
 namespace kestrum::common {
@@ -64,5 +66,9 @@ TColor fromQColor(const QColor& colour);
 QString colourToString(TColor colour);
 // Accepts identifiers, "$hhhhhhhh", "#RRGGBB", "0x..." and plain decimals.
 bool colourFromString(const QString& text, TColor* colour);
+
+// The standard palette the colour selectors offer, in order: the sixteen basic colours, then
+// money green, sky blue, cream and medium grey. Rich-text colour tables start with it too.
+const std::array<TColor, 20>& standardPalette();
 
 } // namespace kestrum::common

@@ -5,7 +5,7 @@
 #include "ScriptedDialogs.h"
 
 #include "app/AppSettings.h"
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/PageDisplay.h"
@@ -56,10 +56,10 @@ public:
 };
 
 // An editor that puts one command in the window's toolbar and menu for its kind.
-class TestEditor : public EditorPanel
+class TestEditor : public ui::EditorPanel
 {
 public:
-    explicit TestEditor(EditorKind kind, QWidget* parent) : EditorPanel(parent), doc(kind)
+    explicit TestEditor(EditorKind kind, QWidget* parent) : ui::EditorPanel(parent), doc(kind)
     {
         setObjectName(QStringLiteral("Editor%1").arg(int(kind)));
     }
@@ -282,7 +282,7 @@ void TKestrumMTest::editorsToolbarsAndMenusFollowTheKind()
     QCOMPARE(m_window->editors().panel(EditorKind::Timeline), nullptr); // made on first use
     select(index);
     for (int k = 1; k < store::kEditorKindCount; ++k) {
-        EditorPanel* panel = m_window->editors().panel(EditorKind(k));
+        ui::EditorPanel* panel = m_window->editors().panel(EditorKind(k));
         if (panel) {
             QCOMPARE(panel->isVisibleTo(m_window.get()), k == kind);
         }

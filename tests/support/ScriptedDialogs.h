@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Dialogs.h"
+#include "ui/Dialogs.h"
 
 #include <QStringList>
 
@@ -13,7 +13,7 @@ namespace kestrum::test {
 // Dialogs that answer from a script. Each kind of dialog takes the next queued answer; a
 // dialog with no answer queued is cancelled and recorded in unexpected(), so a test that
 // forgets to script a dialog fails visibly instead of blocking. Messages shown are recorded.
-class ScriptedDialogs : public app::Dialogs
+class ScriptedDialogs : public ui::Dialogs
 {
 public:
     ScriptedDialogs();
@@ -93,8 +93,8 @@ private:
 class ScopedScriptedDialogs : public ScriptedDialogs
 {
 public:
-    ScopedScriptedDialogs() { app::setDialogs(this); }
-    ~ScopedScriptedDialogs() override { app::setDialogs(nullptr); }
+    ScopedScriptedDialogs() { ui::setDialogs(this); }
+    ~ScopedScriptedDialogs() override { ui::setDialogs(nullptr); }
 };
 
 } // namespace kestrum::test

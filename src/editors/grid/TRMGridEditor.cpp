@@ -1,8 +1,8 @@
 #include "TRMGridEditor.h"
-#include "app/WaitCursor.h"
+#include "ui/WaitCursor.h"
 
-#include "app/Dialogs.h"
-#include "editors/grid/ColourSelectorButton.h"
+#include "ui/ColourSelector.h"
+#include "ui/Dialogs.h"
 #include "editors/grid/GridClipboardData.h"
 #include "editors/grid/GridExporter.h"
 #include "editors/grid/GridFindDialog.h"
@@ -28,11 +28,11 @@ namespace kestrum::grid {
 
 namespace {
 
-using app::WaitCursor;
+using ui::WaitCursor;
 
 } // namespace
 
-TRMGridEditor::TRMGridEditor(QWidget* parent) : app::EditorPanel(parent)
+TRMGridEditor::TRMGridEditor(QWidget* parent) : ui::EditorPanel(parent)
 {
     setObjectName(QStringLiteral("TRMGridEditor"));
     auto* layout = new QVBoxLayout(this);
@@ -41,22 +41,21 @@ TRMGridEditor::TRMGridEditor(QWidget* parent) : app::EditorPanel(parent)
     layout->addWidget(m_view);
 
     // Toolbar widgets exist from the start; populateToolBar places them.
-    m_fontColour =
-        new ColourSelectorButton(QStringLiteral("A"), QStringLiteral("Font colour"), this);
+    m_fontColour = new ui::ColourSelector(ui::ColourSelector::Kind::Text,
+                                          QStringLiteral("Font colour"), this);
     m_fontColour->setObjectName(QStringLiteral("GridFontColor2"));
     m_fontColour->hide();
-    m_backColour =
-        new ColourSelectorButton(QStringLiteral("ab"), QStringLiteral("Background colour"), this);
+    m_backColour = new ui::ColourSelector(ui::ColourSelector::Kind::Background,
+                                          QStringLiteral("Background colour"), this);
     m_backColour->setObjectName(QStringLiteral("GridBackGroundColor2"));
-    m_backColour->setColour(common::clWhite);
-    m_backColour->hide();
+        m_backColour->hide();
     m_multilines = new QCheckBox(QStringLiteral("Multilines"), this);
     m_multilines->setObjectName(QStringLiteral("Multilines"));
     m_multilines->hide();
-    connect(m_fontColour, &ColourSelectorButton::colourSelected, this,
-            &TRMGridEditor::GridFontColor2SelectColor);
-    connect(m_backColour, &ColourSelectorButton::colourSelected, this,
-            &TRMGridEditor::GridBackGroundColor2SelectColor);
+    connect(m_fontColour, &ui::ColourSelector::colourSelected, this,
+            [this](const QColor& c) { GridFontColor2SelectColor(common::fromQColor(c)); });
+    connect(m_backColour, &ui::ColourSelector::colourSelected, this,
+            [this](const QColor& c) { GridBackGroundColor2SelectColor(common::fromQColor(c)); });
     connect(m_multilines, &QCheckBox::clicked, this, &TRMGridEditor::MultilinesClick);
 
     buildActions();
@@ -324,7 +323,7 @@ bool TRMGridEditor::eventFilter(QObject* watched, QEvent* event)
             GridToolBarClick();
         }
     }
-    return app::EditorPanel::eventFilter(watched, event);
+    return ui::EditorPanel::eventFilter(watched, event);
 }
 
 void TRMGridEditor::refreshFixedChecks()
@@ -364,8 +363,8 @@ void TRMGridEditor::GridViewSelectCell(int col, int row)
                                   : f.alignment == CellAlignment::Centre ? "GridCenterBtn"
                                                                          : "GridLeftBtn";
     action(QString::fromLatin1(alignmentAction))->setChecked(true);
-    m_fontColour->setColour(f.fontColour);
-    m_backColour->setColour(f.background);
+    m_fontColour->setColour(common::toQColor(f.fontColour));
+    m_backColour->setColour(common::toQColor(f.background));
 }
 
 // ---- cell properties -------------------------------------------------------------------------
@@ -458,7 +457,7 @@ void TRMGridEditor::GridFontBtnClick()
     if (m_document.grid().isValidCell(first.col, first.row)) {
         const GridCellFormat start = m_document.grid().format(first.col, first.row);
         if (const std::optional<QFont> font =
-                app::dialogs().getFont(this, start.font(), QStringLiteral("Font"))) {
+                ui::dialogs().getFont(this, start.font(), QStringLiteral("Font"))) {
             GridCellFormat chosen = start;
             chosen.setFont(*font);
             m_document.setFont(selection, chosen.fontName, chosen.fontSize, start.fontColour,
@@ -471,7 +470,7 @@ void TRMGridEditor::GridFontBtnClick()
 
 void TRMGridEditor::Style1Click()
 {
-    app::dialogs().information(this, QStringLiteral("Not available yet!"));
+    ui::dialogs().information(this, QStringLiteral("Not available yet!"));
 }
 
 // ---- rows, columns, fixed cells --------------------------------------------------------------
@@ -480,7 +479,7 @@ void TRMGridEditor::Row1Click()
 {
     const GridRect range = m_view->gridSelection().range();
     if (!m_document.deleteRows(range.top, range.bottom)) {
-        app::dialogs().information(this, QStringLiteral("Cannot delete all rows"));
+        ui::dialogs().information(this, QStringLiteral("Cannot delete all rows"));
     }
 }
 
@@ -488,7 +487,7 @@ void TRMGridEditor::Column1Click()
 {
     const GridRect range = m_view->gridSelection().range();
     if (!m_document.deleteColumns(range.left, range.right)) {
-        app::dialogs().information(this, QStringLiteral("Cannot delete all collumns"));
+        ui::dialogs().information(this, QStringLiteral("Cannot delete all collumns"));
     }
 }
 
@@ -609,7 +608,7 @@ void TRMGridEditor::findFromCurrent(const QString& text, const GridFindOptions& 
     if (found) {
         m_view->setCurrentCell(*found);
     } else {
-        app::dialogs().information(this, QStringLiteral("Not found!"));
+        ui::dialogs().information(this, QStringLiteral("Not found!"));
     }
 }
 
@@ -620,7 +619,7 @@ void TRMGridEditor::GridFindBtnClick()
         connect(m_findDialog, &GridFindDialog::findNextRequested, this,
                 [this] { findFromCurrent(m_findDialog->text(), m_findDialog->options()); });
     }
-    app::dialogs().exec(m_findDialog);
+    ui::dialogs().exec(m_findDialog);
 }
 
 void TRMGridEditor::replaceCurrent()
@@ -637,7 +636,7 @@ void TRMGridEditor::replaceAll()
 {
     const int count = m_document.replaceAll(m_replaceDialog->text(), m_replaceDialog->replacement(),
                                             m_replaceDialog->options());
-    app::dialogs().information(this, count == 0
+    ui::dialogs().information(this, count == 0
                                          ? QStringLiteral("Not found!")
                                          : QStringLiteral("%1 cell(s) replaced.").arg(count));
 }
@@ -653,7 +652,7 @@ void TRMGridEditor::GridReplaceBtnClick()
         connect(m_replaceDialog, &GridReplaceDialog::replaceAllRequested, this,
                 &TRMGridEditor::replaceAll);
     }
-    app::dialogs().exec(m_replaceDialog);
+    ui::dialogs().exec(m_replaceDialog);
 }
 
 bool TRMGridEditor::findFirst(const QString& text, int optionBits)
@@ -700,13 +699,13 @@ QStringList TRMGridEditor::saveTableFilters()
 
 void TRMGridEditor::SaveTableToDisk(const QString& fileName)
 {
-    app::Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = QStringLiteral("Export");
     request.fileName = fileName;
     request.filters = saveTableFilters();
     request.filterIndex = 1;
-    const std::optional<app::Dialogs::FileChoice> choice =
-        app::dialogs().getSaveFileName(this, request);
+    const std::optional<ui::Dialogs::FileChoice> choice =
+        ui::dialogs().getSaveFileName(this, request);
     if (!choice || choice->fileName.isEmpty()) {
         return;
     }
@@ -727,7 +726,7 @@ void TRMGridEditor::SaveTableToDisk(const QString& fileName)
         }
     }
     if (!ok) {
-        app::dialogs().warning(this, error);
+        ui::dialogs().warning(this, error);
     }
 }
 
@@ -756,7 +755,7 @@ namespace {
 template <typename Print>
 void withPrintTitle(QWidget* parent, QPrinter* printer, const QString& title, Print&& print)
 {
-    const std::optional<QString> chosen = app::dialogs().getText(
+    const std::optional<QString> chosen = ui::dialogs().getText(
         parent, QStringLiteral("Printing title"), QStringLiteral("Title:"), title);
     if (!chosen) {
         return;
@@ -774,7 +773,7 @@ void TRMGridEditor::PrintTheGrid(const QString& title)
 {
     QPrinter* p = printer();
     withPrintTitle(this, p, title, [&](const QString& chosen) {
-        if (app::dialogs().print(this, p)) {
+        if (ui::dialogs().print(this, p)) {
             WaitCursor wait;
             GridPrinter gridPrinter(m_document.grid(), printOptions(chosen));
             gridPrinter.print(p);
@@ -787,7 +786,7 @@ void TRMGridEditor::PreviewTheGrid(const QString& title)
     QPrinter* p = printer();
     withPrintTitle(this, p, title, [&](const QString& chosen) {
         const GridPrintOptions options = printOptions(chosen);
-        app::dialogs().printPreview(this, p, [this, &options](QPrinter* target) {
+        ui::dialogs().printPreview(this, p, [this, &options](QPrinter* target) {
             GridPrinter gridPrinter(m_document.grid(), options);
             gridPrinter.print(target);
         });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "common/Colour.h"
 #include "editors/grid/CGrid.h"
 #include "editors/grid/GridPageDocument.h"
@@ -18,9 +18,12 @@ class QMenu;
 class QPrinter;
 class QToolBar;
 
+namespace kestrum::ui {
+class ColourSelector;
+}
+
 namespace kestrum::grid {
 
-class ColourSelectorButton;
 class GridFindDialog;
 class GridReplaceDialog;
 class GridView;
@@ -30,7 +33,7 @@ struct GridPrintOptions;
 // window's grid toolbar (GridBar) and table menu (TableMenu), find and replace, clipboard,
 // export and printing. One editor serves every grid page; the store loads pages into its
 // document and saves them from it.
-class TRMGridEditor : public app::EditorPanel
+class TRMGridEditor : public ui::EditorPanel
 {
     Q_OBJECT
 public:
@@ -50,8 +53,8 @@ public:
     QMenu* popupMenu() const { return m_popupMenu; }
     // The editor's commands by object name ("GridBoldBtn", "Fixedrow1"...).
     QAction* action(const QString& name) const { return m_actions.value(name); }
-    ColourSelectorButton* fontColourSelector() const { return m_fontColour; }
-    ColourSelectorButton* backgroundSelector() const { return m_backColour; }
+    ui::ColourSelector* fontColourSelector() const { return m_fontColour; }
+    ui::ColourSelector* backgroundSelector() const { return m_backColour; }
     QCheckBox* multilinesCheck() const { return m_multilines; }
     QPrinter* printer();
     const CGrid& cgrid() const { return m_cgrid; }
@@ -138,8 +141,8 @@ private:
     QMenu* m_popupMenu = nullptr;
     QHash<QString, QAction*> m_actions;
     QActionGroup* m_alignmentGroup = nullptr;
-    ColourSelectorButton* m_fontColour = nullptr;
-    ColourSelectorButton* m_backColour = nullptr;
+    ui::ColourSelector* m_fontColour = nullptr;
+    ui::ColourSelector* m_backColour = nullptr;
     QCheckBox* m_multilines = nullptr;
     QToolBar* m_toolBar = nullptr;
     GridFindDialog* m_findDialog = nullptr;

@@ -9,9 +9,7 @@ const QList<QColor>& ColourTable::standardColours()
     using namespace common;
     static const QList<QColor> colours = [] {
         QList<QColor> out;
-        for (TColor c : {clBlack, clMaroon, clGreen,      clOlive,   clNavy,   clPurple, clTeal,
-                         clGray,  clSilver, clRed,        clLime,    clYellow, clBlue,   clFuchsia,
-                         clAqua,  clWhite,  clMoneyGreen, clSkyBlue, clCream,  clMedGray}) {
+        for (TColor c : standardPalette()) {
             out << toQColor(c);
         }
         return out;

@@ -1,8 +1,8 @@
 #include "TRMWPEditor.h"
-#include "app/WaitCursor.h"
+#include "ui/WaitCursor.h"
 
-#include "app/Dialogs.h"
-#include "editors/text/ColourSelector.h"
+#include "ui/Dialogs.h"
+#include "ui/ColourSelector.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/TextExporter.h"
 #include "editors/text/TextPageDocument.h"
@@ -41,7 +41,7 @@ namespace kestrum::text {
 
 namespace {
 
-using app::WaitCursor;
+using ui::WaitCursor;
 
 // Calls `visit` for every paragraph the cursor's selection touches (the caret's paragraph when
 // nothing is selected).
@@ -114,13 +114,13 @@ constexpr ExportFilter kExportFilters[] = {
 } // namespace
 
 TRMWPEditor::TRMWPEditor(QWidget* parent)
-    : app::EditorPanel(parent), m_document(new TextPageDocument(this)), m_view(new WPView(this)),
+    : ui::EditorPanel(parent), m_document(new TextPageDocument(this)), m_view(new WPView(this)),
       m_ruler(new WPRuler(m_view, this)), m_toolBar(new QToolBar(this)),
       m_fontName(new QFontComboBox(this)), m_fontSize(new QComboBox(this)),
       m_panel1(new QWidget(this)), m_actionList(new QObject(this)), m_popup(new QMenu(this)),
-      m_tableMenu(nullptr), m_fontColour(new ColourSelector(ColourSelector::Kind::Text,
+      m_tableMenu(nullptr), m_fontColour(new ui::ColourSelector(ui::ColourSelector::Kind::Text,
                                                             QStringLiteral("Font colour"), this)),
-      m_backColour(new ColourSelector(ColourSelector::Kind::Background,
+      m_backColour(new ui::ColourSelector(ui::ColourSelector::Kind::Background,
                                       QStringLiteral("Background colour"), this))
 {
     setObjectName(QStringLiteral("TRMWPEditor"));
@@ -179,9 +179,9 @@ TRMWPEditor::TRMWPEditor(QWidget* parent)
             m_view->setFocus();
         }
     });
-    connect(m_fontColour, &ColourSelector::colourSelected, this,
+    connect(m_fontColour, &ui::ColourSelector::colourSelected, this,
             &TRMWPEditor::WPFontColorSelectColor);
-    connect(m_backColour, &ColourSelector::colourSelected, this,
+    connect(m_backColour, &ui::ColourSelector::colourSelected, this,
             &TRMWPEditor::WPBackGroundColorSelectColor);
     connect(m_view, &QTextEdit::currentCharFormatChanged, this, [this] {
         WPViewCharacterAttrChange();
@@ -479,7 +479,7 @@ QAction* TRMWPEditor::editorAction(const QString& name) const
 
 void TRMWPEditor::showEvent(QShowEvent* event)
 {
-    app::EditorPanel::showEvent(event);
+    ui::EditorPanel::showEvent(event);
     // The font toolbar comes alive with the editor.
     m_toolBar->setEnabled(m_view->isEnabled());
 }
@@ -611,7 +611,7 @@ bool TRMWPEditor::loadWithMessage(const QString& path, bool external)
                       : m_document->loadFile(path, &error);
     }
     if (!ok) {
-        app::dialogs().warning(this, error);
+        ui::dialogs().warning(this, error);
         return false;
     }
     m_document->notifyChanged();
@@ -625,10 +625,10 @@ bool TRMWPEditor::LoadExternalFile(const QString& fileName)
 
 void TRMWPEditor::importFile()
 {
-    app::Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = text("Import...");
     request.filters = importFilters();
-    const auto choice = app::dialogs().getOpenFileName(this, request);
+    const auto choice = ui::dialogs().getOpenFileName(this, request);
     if (choice) {
         loadWithMessage(choice->fileName, false);
     }
@@ -636,10 +636,10 @@ void TRMWPEditor::importFile()
 
 void TRMWPEditor::openFile()
 {
-    app::Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = text("Open");
     request.filters = importFilters();
-    const auto choice = app::dialogs().getOpenFileName(this, request);
+    const auto choice = ui::dialogs().getOpenFileName(this, request);
     if (choice && loadWithMessage(choice->fileName, false)) {
         m_fileName = choice->fileName;
     }
@@ -647,13 +647,13 @@ void TRMWPEditor::openFile()
 
 void TRMWPEditor::exportFile()
 {
-    app::Dialogs::FileRequest request;
+    ui::Dialogs::FileRequest request;
     request.caption = text("Export...");
     for (const ExportFilter& filter : kExportFilters) {
         request.filters << QLatin1String(filter.label);
     }
     request.defaultSuffix = QStringLiteral("rtf");
-    const auto choice = app::dialogs().getSaveFileName(this, request);
+    const auto choice = ui::dialogs().getSaveFileName(this, request);
     if (!choice) {
         return;
     }
@@ -668,18 +668,18 @@ void TRMWPEditor::exportFile()
     QString error;
     WaitCursor wait;
     if (!m_document->exportFile(path, format, &error)) {
-        app::dialogs().warning(this, error);
+        ui::dialogs().warning(this, error);
     }
 }
 
 void TRMWPEditor::saveFile()
 {
     if (m_fileName.isEmpty()) {
-        app::Dialogs::FileRequest request;
+        ui::Dialogs::FileRequest request;
         request.caption = text("Save");
         request.filters = {QStringLiteral("Rich Text Format (*.rtf)")};
         request.defaultSuffix = QStringLiteral("rtf");
-        const auto choice = app::dialogs().getSaveFileName(this, request);
+        const auto choice = ui::dialogs().getSaveFileName(this, request);
         if (!choice) {
             return;
         }
@@ -689,7 +689,7 @@ void TRMWPEditor::saveFile()
                             .value_or(TextExporter::Format::Rtf);
     QString error;
     if (!m_document->exportFile(m_fileName, format, &error)) {
-        app::dialogs().warning(this, error);
+        ui::dialogs().warning(this, error);
     }
 }
 
@@ -705,7 +705,7 @@ void TRMWPEditor::newDocument()
 void TRMWPEditor::chooseFont()
 {
     const QFont current = m_view->currentCharFormat().font();
-    if (const auto font = app::dialogs().getFont(this, current, text("Fonts..."))) {
+    if (const auto font = ui::dialogs().getFont(this, current, text("Fonts..."))) {
         QTextCharFormat format;
         format.setFont(*font, QTextCharFormat::FontPropertiesSpecifiedOnly);
         format.setFontFamilies({font->family()});
@@ -725,7 +725,7 @@ void TRMWPEditor::paragraphDialog()
     WPParagraphDialog dialog(this);
     dialog.setWindowTitle(text("Paragraphs"));
     dialog.setFormat(m_view->textCursor().blockFormat());
-    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
         m_view->textCursor().mergeBlockFormat(dialog.format());
     }
 }
@@ -737,7 +737,7 @@ void TRMWPEditor::bulletsDialog()
     QTextCursor cursor = m_view->textCursor();
     const QTextList* list = cursor.currentList();
     dialog.setListFormat(list ? std::optional<QTextListFormat>(list->format()) : std::nullopt);
-    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
         return;
     }
     const std::optional<QTextListFormat> format = dialog.listFormat();
@@ -751,7 +751,7 @@ void TRMWPEditor::tabStopsDialog()
     WPTabStopsDialog dialog(this);
     dialog.setWindowTitle(text("Tab stops"));
     dialog.setTabs(m_view->textCursor().blockFormat().tabPositions());
-    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
         QTextBlockFormat format;
         format.setTabPositions(dialog.tabs());
         m_view->textCursor().mergeBlockFormat(format);
@@ -763,7 +763,7 @@ void TRMWPEditor::pageSetupDialog()
     WPPageSetupDialog dialog(this);
     dialog.setWindowTitle(text("Page setup"));
     dialog.setPageLayout(m_document->pageLayout());
-    if (app::dialogs().exec(&dialog) == QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
         m_document->setPageLayout(dialog.pageLayout());
     }
 }
@@ -784,7 +784,7 @@ void TRMWPEditor::bordersDialog()
     border.spacing = current.intProperty(TextProperty::BorderSpacing);
     border.colour = current.property(TextProperty::BorderColour).value<QColor>();
     dialog.setBorder(border);
-    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
         return;
     }
     const WPBordersDialog::Border chosen = dialog.border();
@@ -989,7 +989,7 @@ void TRMWPEditor::print()
     // "Printer Setup" changes them).
     QPrinter* target = printer();
     if (target->outputFileName().isEmpty() && QPrinterInfo::availablePrinterNames().isEmpty()) {
-        app::dialogs().warning(this, QStringLiteral("No printer is installed."));
+        ui::dialogs().warning(this, QStringLiteral("No printer is installed."));
         return;
     }
     WaitCursor wait;
@@ -998,7 +998,7 @@ void TRMWPEditor::print()
 
 void TRMWPEditor::printerSetup()
 {
-    app::dialogs().printSetup(this, printer());
+    ui::dialogs().printSetup(this, printer());
 }
 
 // ---- tables ------------------------------------------------------------------------------------
@@ -1007,7 +1007,7 @@ void TRMWPEditor::createTable()
 {
     WPTableDialog dialog(this);
     dialog.setWindowTitle(text("Create Table"));
-    if (app::dialogs().exec(&dialog) != QDialog::Accepted) {
+    if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
         return;
     }
     const WPTableDialog::Table t = dialog.table();
@@ -1254,7 +1254,7 @@ void TRMWPEditor::runFindDialog(bool replacing)
     }
     connect(&dialog, &WPFindDialog::findNext, this, [this, &dialog] {
         if (!findText(dialog.findText(), dialog.options())) {
-            app::dialogs().information(&dialog, text("Not found!"));
+            ui::dialogs().information(&dialog, text("Not found!"));
         }
     });
     connect(&dialog, &WPFindDialog::replaceOne, this, [this, &dialog] {
@@ -1264,19 +1264,19 @@ void TRMWPEditor::runFindDialog(bool replacing)
             m_view->setTextCursor(current);
         }
         if (!findText(dialog.findText(), dialog.options())) {
-            app::dialogs().information(&dialog, text("Not found!"));
+            ui::dialogs().information(&dialog, text("Not found!"));
         }
     });
     connect(&dialog, &WPFindDialog::replaceAll, this, [this, &dialog] {
         const int count = TextFinder::replaceAll(m_view->document(), dialog.findText(),
                                                  dialog.replaceText(), dialog.options());
         if (count == 0) {
-            app::dialogs().information(&dialog, text("Not found!"));
+            ui::dialogs().information(&dialog, text("Not found!"));
         } else {
-            app::dialogs().information(&dialog, text("Replacements made: %1").arg(count));
+            ui::dialogs().information(&dialog, text("Replacements made: %1").arg(count));
         }
     });
-    app::dialogs().exec(&dialog);
+    ui::dialogs().exec(&dialog);
 }
 
 void TRMWPEditor::find()
@@ -1330,7 +1330,7 @@ void TRMWPEditor::reloadStrings()
             menu->setTitle(m_language.text(menu->property(kEnglish).toString()));
         }
     }
-    for (ColourSelector* selector : {m_fontColour, m_backColour}) {
+    for (ui::ColourSelector* selector : {m_fontColour, m_backColour}) {
         selector->setToolTip(m_language.text(selector->property(kEnglish).toString()));
     }
 }

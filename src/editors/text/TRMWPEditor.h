@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/EditorPanel.h"
+#include "ui/EditorPanel.h"
 #include "editors/text/TextFinder.h"
 #include "editors/text/WPLanguageControl.h"
 
@@ -16,9 +16,12 @@ class QPrinter;
 class QTextCharFormat;
 class QToolBar;
 
+namespace kestrum::ui {
+class ColourSelector;
+}
+
 namespace kestrum::text {
 
-class ColourSelector;
 class TextPageDocument;
 class WPFindDialog;
 class WPRuler;
@@ -27,7 +30,7 @@ class WPView;
 // The text page: the rich-text view over the page's document, its ruler and font toolbar, the
 // actions of the page (in ActionList1, placed by the main window in WPBar and DocMenu and in the
 // context menu MemoPopup2), the colour selectors and the engine's dialogs.
-class TRMWPEditor : public app::EditorPanel
+class TRMWPEditor : public ui::EditorPanel
 {
     Q_OBJECT
 public:
@@ -50,8 +53,8 @@ public:
     QList<QAction*> editorActions() const;
     // The action with that object name (WPFont, WPBold, ...), or null.
     QAction* editorAction(const QString& name) const;
-    ColourSelector* fontColourSelector() const { return m_fontColour; }
-    ColourSelector* backgroundColourSelector() const { return m_backColour; }
+    ui::ColourSelector* fontColourSelector() const { return m_fontColour; }
+    ui::ColourSelector* backgroundColourSelector() const { return m_backColour; }
 
     // Loads a word-processor file through the converter; tells the user why when it cannot.
     bool LoadExternalFile(const QString& fileName);
@@ -154,8 +157,8 @@ private:
     QObject* m_actionList;
     QMenu* m_popup;
     QMenu* m_tableMenu;
-    ColourSelector* m_fontColour;
-    ColourSelector* m_backColour;
+    ui::ColourSelector* m_fontColour;
+    ui::ColourSelector* m_backColour;
     QHash<QString, QAction*> m_actions;
     QList<QMenu*> m_menus; // menus titled by the editor (translated with it)
     WPLanguageControl m_language;

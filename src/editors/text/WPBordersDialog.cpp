@@ -1,6 +1,6 @@
 #include "WPBordersDialog.h"
 
-#include "app/Dialogs.h"
+#include "ui/Dialogs.h"
 #include "editors/text/TextProperties.h"
 
 #include <QCheckBox>
@@ -66,7 +66,7 @@ WPBordersDialog::WPBordersDialog(QWidget* parent) : QDialog(parent)
 
 void WPBordersDialog::chooseColour()
 {
-    if (const auto colour = app::dialogs().getColour(
+    if (const auto colour = ui::dialogs().getColour(
             this, m_colour.isValid() ? m_colour : QColor(Qt::black), windowTitle())) {
         m_colour = *colour;
         showColour();

@@ -3,7 +3,7 @@
 
 #include "GridSamples.h"
 
-#include "editors/grid/ColourSelectorButton.h"
+#include "ui/ColourSelector.h"
 #include "editors/grid/GridFindDialog.h"
 #include "editors/grid/GridReplaceDialog.h"
 #include "editors/grid/GridStream.h"
@@ -205,11 +205,13 @@ private slots:
         QVERIFY(editor().action(QStringLiteral("GridUnderlineBtn"))->isChecked());
         QVERIFY(editor().action(QStringLiteral("GridRightBtn"))->isChecked());
         QVERIFY(!editor().action(QStringLiteral("GridLeftBtn"))->isChecked());
-        QCOMPARE(editor().fontColourSelector()->colour(), common::clRed);
+        QCOMPARE(common::fromQColor(editor().fontColourSelector()->colour()), common::clRed);
         view().setCurrentCell({2, 2});
         QVERIFY(editor().action(QStringLiteral("GridLeftBtn"))->isChecked());
-        QCOMPARE(editor().backgroundSelector()->colour(), common::rgbColour(0x12, 0x34, 0x56));
-        QCOMPARE(editor().fontColourSelector()->colour(), common::rgbColour(0xFE, 0xDC, 0xBA));
+        QCOMPARE(common::fromQColor(editor().backgroundSelector()->colour()),
+                 common::rgbColour(0x12, 0x34, 0x56));
+        QCOMPARE(common::fromQColor(editor().fontColourSelector()->colour()),
+                 common::rgbColour(0xFE, 0xDC, 0xBA));
     }
 
     void boldToggleAndColourSelectors()
@@ -220,8 +222,8 @@ private slots:
         QVERIFY(grid().format(2, 3).isBold() && grid().format(3, 4).isBold());
         bold->trigger();
         QVERIFY(!grid().format(2, 3).isBold() && !grid().format(3, 4).isBold());
-        editor().fontColourSelector()->choose(common::clGreen);
-        editor().backgroundSelector()->choose(common::clYellow);
+        editor().fontColourSelector()->choose(common::toQColor(common::clGreen));
+        editor().backgroundSelector()->choose(common::toQColor(common::clYellow));
         QCOMPARE(grid().format(3, 3).fontColour, common::clGreen);
         QCOMPARE(grid().format(2, 4).background, common::clYellow);
         QCOMPARE(grid().format(1, 3).background, common::clNone);
@@ -279,7 +281,7 @@ private slots:
         QFETCH(QString, written);
         QFETCH(QByteArray, start);
         QTemporaryDir dir;
-        dialogs().answerSaveFile(app::Dialogs::FileChoice{dir.filePath(typed), filter});
+        dialogs().answerSaveFile(ui::Dialogs::FileChoice{dir.filePath(typed), filter});
         editor().action(QStringLiteral("GridSaveBtn"))->trigger();
         QFile file(dir.filePath(written));
         QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(written));

@@ -2,7 +2,7 @@
 // rules, the modified-flag rules, the dialogs, tables, the ruler, pictures, language and print.
 
 #include "editors/text/TRMWPEditor.h"
-#include "editors/text/ColourSelector.h"
+#include "ui/ColourSelector.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/TextPageDocument.h"
@@ -240,8 +240,8 @@ void TRMWPEditorTest::toolBarAndMenu()
     QToolBar bar;
     bar.setObjectName(QStringLiteral("WPBar"));
     m_editor->populateToolBar(&bar);
-    QVERIFY(bar.findChild<ColourSelector*>(QStringLiteral("WPFontColor")));
-    QVERIFY(bar.findChild<ColourSelector*>(QStringLiteral("WPBackGroundColor")));
+    QVERIFY(bar.findChild<ui::ColourSelector*>(QStringLiteral("WPFontColor")));
+    QVERIFY(bar.findChild<ui::ColourSelector*>(QStringLiteral("WPBackGroundColor")));
     QVERIFY(bar.actions().contains(action("WPBold")));
     QVERIFY(bar.actions().contains(action("WPAlignJustify")));
     QMenu docMenu;
@@ -394,8 +394,8 @@ void TRMWPEditorTest::fontColourEntersTheTable()
 void TRMWPEditorTest::selectorsFollowTheCaret()
 {
     load(kPage);
-    ColourSelector* text = m_editor->fontColourSelector();
-    ColourSelector* back = m_editor->backgroundColourSelector();
+    ui::ColourSelector* text = m_editor->fontColourSelector();
+    ui::ColourSelector* back = m_editor->backgroundColourSelector();
     QTextCursor cursor(m_doc->textDocument());
     cursor.setPosition(m_doc->textDocument()->find(QStringLiteral("shaded")).selectionStart() + 2);
     m_editor->view()->setTextCursor(cursor);
@@ -833,7 +833,7 @@ void TRMWPEditorTest::importExport()
     file.write("{\\rtf1 Imported {\\b text}\\par}");
     file.close();
     QSignalSpy changed(&m_editor->document(), &store::PageDocument::contentChanged);
-    m_dialogs->answerOpenFile(app::Dialogs::FileChoice{source, 1});
+    m_dialogs->answerOpenFile(ui::Dialogs::FileChoice{source, 1});
     action("WPImport")->trigger();
     QCOMPARE(m_doc->textDocument()->toPlainText(), QStringLiteral("Imported text"));
     QVERIFY(changed.count() > 0); // an import by the user is an edit of the page
@@ -841,7 +841,7 @@ void TRMWPEditorTest::importExport()
 
     for (int filter = 1; filter <= 4; ++filter) {
         const QString target = dir.filePath(QStringLiteral("out%1").arg(filter));
-        m_dialogs->answerSaveFile(app::Dialogs::FileChoice{target, filter});
+        m_dialogs->answerSaveFile(ui::Dialogs::FileChoice{target, filter});
         action("WPExport")->trigger();
         const char* suffixes[] = {"rtf", "html", "txt", "odt"};
         QVERIFY2(QFile::exists(target + QLatin1Char('.') + QLatin1String(suffixes[filter - 1])),
@@ -851,7 +851,7 @@ void TRMWPEditorTest::importExport()
 
     // A file that cannot be read: the page stays, the user is told.
     m_dialogs->answerOpenFile(
-        app::Dialogs::FileChoice{dir.filePath(QStringLiteral("missing.rtf")), 1});
+        ui::Dialogs::FileChoice{dir.filePath(QStringLiteral("missing.rtf")), 1});
     action("WPImport")->trigger();
     QVERIFY(m_dialogs->messages().last().contains(QStringLiteral("missing.rtf")));
 

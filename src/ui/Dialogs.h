@@ -12,7 +12,7 @@ class QDialog;
 class QPrinter;
 class QWidget;
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 // Every message box, input box and file, colour, font and print dialog of the program goes
 // through this interface. The desktop installs QtDialogs; tests install a scripted one, so that
@@ -79,4 +79,4 @@ void setDialogs(Dialogs* dialogs);
 // Converts the filter lists of the file dialogs into "A (*.a);;B (*.b)".
 QString joinFilters(const QStringList& filters);
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

@@ -3,7 +3,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 // The wait cursor for the lifetime of a scope (long work on the interface thread).
 class WaitCursor
@@ -15,4 +15,4 @@ public:
     WaitCursor& operator=(const WaitCursor&) = delete;
 };
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

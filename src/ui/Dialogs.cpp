@@ -1,8 +1,8 @@
 #include "Dialogs.h"
 
-#include "app/QtDialogs.h"
+#include "ui/QtDialogs.h"
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 namespace {
 Dialogs* g_installed = nullptr;
@@ -26,4 +26,4 @@ QString joinFilters(const QStringList& filters)
     return filters.join(QStringLiteral(";;"));
 }
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

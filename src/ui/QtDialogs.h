@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Dialogs.h"
+#include "ui/Dialogs.h"
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 // The real dialogs: Qt's message boxes and standard dialogs.
 class QtDialogs : public Dialogs
@@ -29,4 +29,4 @@ public:
     int exec(QDialog* dialog) override;
 };
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

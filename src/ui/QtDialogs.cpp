@@ -12,7 +12,7 @@
 #include <QPrinter>
 #include <QTimer>
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 namespace {
 
@@ -162,4 +162,4 @@ int QtDialogs::exec(QDialog* dialog)
     return dialog->exec();
 }
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

@@ -1,14 +1,14 @@
 #include "ColourSelector.h"
 
-#include "app/Dialogs.h"
-#include "editors/text/ColourTable.h"
+#include "common/Colour.h"
+#include "ui/Dialogs.h"
 
 #include <QGridLayout>
 #include <QMenu>
 #include <QPainter>
 #include <QWidgetAction>
 
-namespace kestrum::text {
+namespace kestrum::ui {
 
 ColourSelector::ColourSelector(Kind kind, const QString& caption, QWidget* parent)
     : QToolButton(parent), m_kind(kind),
@@ -22,22 +22,22 @@ ColourSelector::ColourSelector(Kind kind, const QString& caption, QWidget* paren
     auto* layout = new QGridLayout(grid);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(2);
-    const QList<QColor>& colours = ColourTable::standardColours();
-    for (int i = 0; i < colours.size(); ++i) {
+    const auto& standard = common::standardPalette();
+    for (int i = 0; i < int(standard.size()); ++i) {
+        const QColor colour = common::toQColor(standard[std::size_t(i)]);
         auto* swatch = new QToolButton(grid);
         swatch->setObjectName(QStringLiteral("swatch%1").arg(i));
         swatch->setAutoRaise(true);
         swatch->setFixedSize(20, 20);
         QPixmap pixmap(14, 14);
-        pixmap.fill(colours[i]);
+        pixmap.fill(colour);
         {
             QPainter p(&pixmap);
             p.setPen(Qt::gray);
             p.drawRect(0, 0, 13, 13);
         }
         swatch->setIcon(QIcon(pixmap));
-        swatch->setToolTip(colours[i].name());
-        const QColor colour = colours[i];
+        swatch->setToolTip(common::colourToString(standard[std::size_t(i)]).mid(2));
         connect(swatch, &QToolButton::clicked, this, [this, colour] {
             m_menu->close();
             choose(colour);
@@ -69,7 +69,7 @@ void ColourSelector::choose(const QColor& colour)
 
 void ColourSelector::chooseMore()
 {
-    if (const auto chosen = app::dialogs().getColour(this, m_colour, toolTip())) {
+    if (const auto chosen = dialogs().getColour(this, m_colour, toolTip())) {
         choose(*chosen);
     }
 }
@@ -100,4 +100,4 @@ void ColourSelector::updateIcon()
     setIcon(QIcon(pixmap));
 }
 
-} // namespace kestrum::text
+} // namespace kestrum::ui

@@ -9,7 +9,7 @@ namespace kestrum::store {
 class PageDocument;
 }
 
-namespace kestrum::app {
+namespace kestrum::ui {
 
 // A page editor shown in the right panel of the main window. It is a view over the page
 // document that the store reads pages into and saves them from; the main window places the
@@ -31,4 +31,4 @@ public:
     virtual void replace() {}
 };
 
-} // namespace kestrum::app
+} // namespace kestrum::ui

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <utility>
+#include <variant>
+
+namespace kestrum {
+
+// What went wrong, in words a user can read ("The file ... is not a Kestrum project").
+struct Error
+{
+    QString message;
+};
+
+// The one way the core reports failures: a function that can fail returns Result<T> (a value
+// or an Error) or Status (nothing or an Error). Callers test it like a bool and read error()
+// when it failed; nothing is thrown across the core's public functions.
+template <class T>
+class [[nodiscard]] Result
+{
+public:
+    Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
+
+    bool ok() const { return m_state.index() == 0; }
+    explicit operator bool() const { return ok(); }
+
+    T& value() & { return std::get<0>(m_state); }
+    const T& value() const& { return std::get<0>(m_state); }
+    T&& value() && { return std::get<0>(std::move(m_state)); }
+    T* operator->() { return &value(); }
+    const T* operator->() const { return &value(); }
+    T& operator*() & { return value(); }
+    const T& operator*() const& { return value(); }
+
+    // The failure's message; empty when the call succeeded.
+    QString error() const { return ok() ? QString() : std::get<1>(m_state).message; }
+
+private:
+    std::variant<T, Error> m_state;
+};
+
+template <>
+class [[nodiscard]] Result<void>
+{
+public:
+    Result() = default;
+    Result(Error error) : m_error(std::move(error)) {}
+
+    bool ok() const { return !m_error.has_value(); }
+    explicit operator bool() const { return ok(); }
+    QString error() const { return m_error ? m_error->message : QString(); }
+
+private:
+    std::optional<Error> m_error;
+};
+
+using Status = Result<void>;
+
+// A failure with `message`: `return fail(tr("..."));` from a function returning Result or Status.
+inline Error fail(QString message)
+{
+    return Error{std::move(message)};
+}
+
+} // namespace kestrum
