@@ -122,11 +122,6 @@ QString reportProject()
 
 struct BenchStore
 {
-    BenchStore()
-    {
-        data.documents().set(EditorKind::Text, &text);
-        data.documents().set(EditorKind::Grid, &grid);
-    }
     RawPageDocument text{EditorKind::Text};
     RawPageDocument grid{EditorKind::Grid};
     TRMData data;
@@ -207,7 +202,7 @@ void BM_GetPage(benchmark::State& state)
     QRandomGenerator rng(1);
     for (auto _ : state) {
         const qint32 id = 1 + qint32(rng.bounded(kPages));
-        store.data.GetWP(id);
+        store.data.GetWP(id, store.text);
         benchmark::DoNotOptimize(store.text.bytes().size());
     }
 }

@@ -17,32 +17,10 @@ namespace kestrum::app {
 
 using store::EditorKind;
 
-namespace {
-
-struct KindUi
-{
-    EditorKind kind;
-    const char* toolBar; // object name of its main-window toolbar, or null
-    const char* menu;    // object name of its main-window menu, or null
-    const char* menuTitle;
-};
-
-constexpr std::array<KindUi, 7> kKinds{{
-    {EditorKind::Text, "WPBar", "DocMenu", "&Document"},
-    {EditorKind::Grid, "GridBar", "TableMenu", "&Table"},
-    {EditorKind::Chart, "ChartBar", "ChartMenu", "&Chart"},
-    {EditorKind::Image, "ImageBar", nullptr, nullptr},
-    {EditorKind::Timeline, nullptr, nullptr, nullptr},
-    {EditorKind::Diagram, "DiagramBar", nullptr, nullptr},
-    {EditorKind::WordCloud, "CloudBar", nullptr, nullptr},
-}};
-
-} // namespace
-
 EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& data,
-                       EditorFactories factories)
+                       DesktopPageKinds kinds)
     : QObject(&window), m_window(window), m_container(container), m_data(data),
-      m_factories(std::move(factories))
+      m_kinds(std::move(kinds))
 {
     m_layout = new QVBoxLayout(&m_container);
     m_layout->setContentsMargins(0, 0, 0, 0);
@@ -55,7 +33,7 @@ EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& 
             insertMenusBefore = const_cast<QAction*>(a);
         }
     }
-    for (const KindUi& ui : kKinds) {
+    for (const DesktopPageKind& ui : m_kinds) {
         if (ui.toolBar) {
             auto* bar = new QToolBar(QString::fromLatin1(ui.toolBar).chopped(3), &m_window);
             bar->setObjectName(QLatin1String(ui.toolBar));
@@ -74,13 +52,7 @@ EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& 
     }
 }
 
-EditorArea::~EditorArea()
-{
-    // The documents go with their panels: the store must not reach them afterwards.
-    for (int k = 1; k < store::kEditorKindCount; ++k) {
-        m_data.documents().set(EditorKind(k), nullptr);
-    }
-}
+EditorArea::~EditorArea() = default;
 
 void EditorArea::setFindActions(QAction* find, QAction* replace)
 {
@@ -90,9 +62,10 @@ void EditorArea::setFindActions(QAction* find, QAction* replace)
 
 void EditorArea::createStartupEditors()
 {
-    for (EditorKind kind : {EditorKind::Text, EditorKind::Grid, EditorKind::Chart,
-                            EditorKind::Image, EditorKind::WordCloud}) {
-        ensurePanel(kind);
+    for (const DesktopPageKind& kind : m_kinds) {
+        if (kind.createdAtStartup) {
+            ensurePanel(kind.kind);
+        }
     }
 }
 
@@ -103,15 +76,15 @@ ui::EditorPanel* EditorArea::ensurePanel(EditorKind kind)
         return nullptr;
     }
     if (!m_panels[k]) {
-        const auto& make = m_factories.make[k];
-        ui::EditorPanel* panel = make ? make(&m_container) : nullptr;
+        const DesktopPageKind* desktop = desktopKind(kind);
+        ui::EditorPanel* panel =
+            desktop && desktop->makeEditor ? desktop->makeEditor(&m_container) : nullptr;
         if (!panel) {
             panel = new PlaceholderEditor(kind, &m_container);
         }
         panel->setVisible(false);
         m_layout->addWidget(panel);
         m_panels[k] = panel;
-        m_data.documents().set(kind, &panel->document());
         connect(&panel->document(), &store::PageDocument::contentChanged, this,
                 [this, kind] { emit contentChanged(kind); });
         if (QToolBar* bar = m_toolBars[k]) {
@@ -155,69 +128,62 @@ void EditorArea::setMenuVisible(EditorKind kind, bool visible)
     }
 }
 
+const DesktopPageKind* EditorArea::desktopKind(EditorKind kind) const
+{
+    for (const DesktopPageKind& entry : m_kinds) {
+        if (entry.kind == kind) {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
 void EditorArea::ShowEditorNo(qint32 pageType)
 {
     const EditorKind kind = store::editorKindFor(pageType);
-    const bool findable = kind == EditorKind::Text || kind == EditorKind::Grid;
+    const DesktopPageKind* shown = desktopKind(kind);
+    const bool findable = shown && shown->findable;
     if (m_find) {
         m_find->setEnabled(findable);
     }
     if (m_replace) {
         m_replace->setEnabled(findable);
     }
-
-    const bool text = kind == EditorKind::Text;
-    setPanelVisible(EditorKind::Text, text);
-    setBarVisible(EditorKind::Text, text);
-    setMenuVisible(EditorKind::Text, text);
-    if (!text) {
-        if (ui::EditorPanel* panel = m_panels[std::size_t(EditorKind::Text)]) {
-            panel->document().clear();
+    if (shown) {
+        ensurePanel(kind); // kinds created on first use
+    }
+    for (const DesktopPageKind& entry : m_kinds) {
+        const bool visible = entry.kind == kind;
+        setPanelVisible(entry.kind, visible);
+        setBarVisible(entry.kind, visible);
+        setMenuVisible(entry.kind, visible);
+        if (!visible && entry.clearedWhenHidden) {
+            if (ui::EditorPanel* panel = m_panels[std::size_t(entry.kind)]) {
+                panel->document().clear();
+            }
         }
     }
-    if (kind == EditorKind::Timeline) {
-        ensurePanel(EditorKind::Timeline);
-    }
-    setPanelVisible(EditorKind::Timeline, kind == EditorKind::Timeline);
-
-    setPanelVisible(EditorKind::Grid, kind == EditorKind::Grid);
-    setBarVisible(EditorKind::Grid, kind == EditorKind::Grid);
-    setMenuVisible(EditorKind::Grid, kind == EditorKind::Grid);
-
-    setPanelVisible(EditorKind::Chart, kind == EditorKind::Chart);
-    setBarVisible(EditorKind::Chart, kind == EditorKind::Chart);
-    setMenuVisible(EditorKind::Chart, kind == EditorKind::Chart);
-    setBarVisible(EditorKind::WordCloud, kind == EditorKind::WordCloud);
-
-    setPanelVisible(EditorKind::Image, kind == EditorKind::Image);
-    setBarVisible(EditorKind::Image, kind == EditorKind::Image);
-
-    if (kind == EditorKind::Diagram) {
-        ensurePanel(EditorKind::Diagram);
-    }
-    setPanelVisible(EditorKind::Diagram, kind == EditorKind::Diagram);
-    setBarVisible(EditorKind::Diagram, kind == EditorKind::Diagram);
-
-    setPanelVisible(EditorKind::WordCloud, kind == EditorKind::WordCloud);
     m_overview->setVisible(visiblePanel() == nullptr);
 }
 
 void EditorArea::HideAllEditors()
 {
-    setPanelVisible(EditorKind::Grid, false);
-    setPanelVisible(EditorKind::Chart, false);
-    setBarVisible(EditorKind::Grid, false);
-    setBarVisible(EditorKind::Chart, false);
-    setBarVisible(EditorKind::WordCloud, false);
-    setBarVisible(EditorKind::Text, false);
+    for (const DesktopPageKind& entry : m_kinds) {
+        if (entry.hiddenWithAll) {
+            setPanelVisible(entry.kind, false);
+        }
+        if (entry.toolBarHiddenWithAll) {
+            setBarVisible(entry.kind, false);
+        }
+    }
     hideEditorMenus();
 }
 
 void EditorArea::hideEditorMenus()
 {
-    setMenuVisible(EditorKind::Text, false);
-    setMenuVisible(EditorKind::Chart, false);
-    setMenuVisible(EditorKind::Grid, false);
+    for (const DesktopPageKind& entry : m_kinds) {
+        setMenuVisible(entry.kind, false);
+    }
 }
 
 } // namespace kestrum::app

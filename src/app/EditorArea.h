@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DesktopKinds.h"
 #include "store/PageType.h"
 
 #include <QObject>
@@ -25,23 +26,17 @@ namespace kestrum::app {
 
 class OverviewPanel;
 
-// How the editor of each kind is made; a kind without a factory gets a placeholder.
-struct EditorFactories
-{
-    std::array<std::function<ui::EditorPanel*(QWidget* parent)>, store::kEditorKindCount> make{};
-};
-
 // The right-hand editors of the main window with their toolbars and menus: which is visible for
-// a page kind, created when first needed (timeline, diagram) or at start-up (the others).
+// a page kind, created when first needed or at start-up, as the desktop's kind list says.
 class EditorArea : public QObject
 {
     Q_OBJECT
 public:
     EditorArea(QMainWindow& window, QWidget& container, store::TRMData& data,
-               EditorFactories factories);
+               DesktopPageKinds kinds);
     ~EditorArea() override;
 
-    // Creates the editors that exist from start-up and registers their documents in the store.
+    // Creates the editors that exist from start-up.
     void createStartupEditors();
 
     ui::EditorPanel* panel(store::EditorKind kind) const { return m_panels[std::size_t(kind)]; }
@@ -55,6 +50,11 @@ public:
     void setFindActions(QAction* find, QAction* replace);
 
     void ShowEditorNo(qint32 kind);
+    bool clearedBeforeLoading(store::EditorKind kind) const
+    {
+        const DesktopPageKind* entry = desktopKind(kind);
+        return entry && entry->clearedBeforeLoading;
+    }
     void HideAllEditors();
     // The editor menus (DocMenu, ChartMenu, TableMenu) hidden, as on opening a project.
     void hideEditorMenus();
@@ -74,7 +74,9 @@ private:
     QVBoxLayout* m_layout = nullptr;
     OverviewPanel* m_overview = nullptr;
     store::TRMData& m_data;
-    EditorFactories m_factories;
+    const DesktopPageKind* desktopKind(store::EditorKind kind) const;
+
+    DesktopPageKinds m_kinds;
     std::array<ui::EditorPanel*, store::kEditorKindCount> m_panels{};
     std::array<QToolBar*, store::kEditorKindCount> m_toolBars{};
     std::array<QMenu*, store::kEditorKindCount> m_menus{};

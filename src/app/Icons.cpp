@@ -1,5 +1,6 @@
 #include "Icons.h"
 
+#include "export/PageExports.h"
 #include "store/PageType.h"
 
 #include <QHash>
@@ -13,7 +14,7 @@ namespace kestrum::app::Icons {
 
 namespace {
 
-QIcon load(const QString& name)
+QIcon loadPath(const QString& path)
 {
     static bool initialised = false;
     if (!initialised) {
@@ -21,11 +22,16 @@ QIcon load(const QString& name)
         initialised = true;
     }
     static QHash<QString, QIcon> cache;
-    auto it = cache.find(name);
+    auto it = cache.find(path);
     if (it == cache.end()) {
-        it = cache.insert(name, QIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
+        it = cache.insert(path, QIcon(path));
     }
     return *it;
+}
+
+QIcon load(const QString& name)
+{
+    return loadPath(QStringLiteral(":/icons/%1.svg").arg(name));
 }
 
 } // namespace
@@ -34,31 +40,21 @@ QIcon forPageKind(qint32 imageIndex)
 {
     namespace PageType = store::PageType;
     switch (imageIndex) {
-    case PageType::Text:
-        return load(QStringLiteral("text"));
     case PageType::TextVariant5:
     case PageType::TextVariant6:
     case PageType::TextVariant7:
         return load(QStringLiteral("passage"));
-    case PageType::Grid:
-        return load(QStringLiteral("table"));
-    case PageType::Chart:
-        return load(QStringLiteral("chart"));
-    case PageType::Image:
-        return load(QStringLiteral("image"));
-    case PageType::Timeline:
-        return load(QStringLiteral("timeline"));
     case PageType::OutlineRoot:
         return load(QStringLiteral("project"));
     case PageType::Folder:
         return load(QStringLiteral("folder"));
-    case PageType::Diagram:
-        return load(QStringLiteral("diagram"));
-    case PageType::WordCloud:
-        return load(QStringLiteral("wordcloud"));
     default:
-        return load(QStringLiteral("unknown"));
+        break;
     }
+    if (const store::PageKind* kind = exports::pageKindTable().forPageType(imageIndex)) {
+        return loadPath(kind->icon);
+    }
+    return load(QStringLiteral("unknown"));
 }
 
 QIcon command(const char* name)

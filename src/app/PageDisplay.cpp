@@ -64,7 +64,9 @@ bool PageDisplay::SaveModif()
     if (index >= 0 && node && m_contentModified) {
         m_data.markModified();
         try {
-            m_data.savePage(node->imageIndex(), node->data());
+            if (ui::EditorPanel* panel = m_editors.panel(store::editorKindFor(node->imageIndex()))) {
+                m_data.savePage(node->data(), panel->document());
+            }
         } catch (const store::StoreError& e) {
             qWarning("%s", qPrintable(e.message()));
             ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
@@ -104,34 +106,14 @@ void PageDisplay::ShowNode()
         node = m_data.outline().selected();
         const qint32 pageId = node ? node->data() : -1;
         try {
-            switch (store::editorKindFor(kind)) {
-            case store::EditorKind::Text:
-                m_data.GetWP(pageId);
-                break;
-            case store::EditorKind::Grid:
-                if (ui::EditorPanel* grid = m_editors.panel(store::EditorKind::Grid)) {
-                    grid->document().clear();
+            const store::EditorKind editorKind = store::editorKindFor(kind);
+            if (ui::EditorPanel* panel = m_editors.panel(editorKind)) {
+                if (m_editors.clearedBeforeLoading(editorKind)) {
+                    // Emptied, and the window repainted, before a large page loads.
+                    panel->document().clear();
+                    letPendingMessagesRun();
                 }
-                letPendingMessagesRun();
-                m_data.GetGrid(pageId);
-                break;
-            case store::EditorKind::Chart:
-                m_data.GetChart(pageId);
-                break;
-            case store::EditorKind::Image:
-                m_data.GetImage(pageId);
-                break;
-            case store::EditorKind::Timeline:
-                m_data.GetTimeLine(pageId);
-                break;
-            case store::EditorKind::Diagram:
-                m_data.GetDiagram(pageId);
-                break;
-            case store::EditorKind::WordCloud:
-                m_data.GetWordCloud(pageId);
-                break;
-            case store::EditorKind::None:
-                break;
+                m_data.loadPage(pageId, panel->document());
             }
         } catch (const store::StoreError& e) {
             ui::dialogs().warning(m_dialogParent, e.message());

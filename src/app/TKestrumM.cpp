@@ -10,6 +10,8 @@
 #include "app/PageDisplay.h"
 #include "app/TRMNewNoteDlg.h"
 #include "common/Colour.h"
+#include "export/PageExports.h"
+#include "store/PageDocument.h"
 #include "store/OutlineCommands.h"
 #include "store/StoreError.h"
 #include "store/TRMData.h"
@@ -58,11 +60,12 @@ TKestrumM::TKestrumM(Options options, QWidget* parent)
     m_settings = std::make_unique<AppSettings>(
         m_options.settingsPath.isEmpty() ? AppSettings::defaultPath() : m_options.settingsPath);
     m_data = std::make_unique<store::TRMData>();
+    m_data->setPageKinds(exports::pageKindTable());
     m_commands = std::make_unique<store::OutlineCommands>(*m_data);
 
     buildCentralArea();
     buildMenusAndToolBars();
-    m_editors = new EditorArea(*this, *m_editorContainer, *m_data, m_options.editors);
+    m_editors = new EditorArea(*this, *m_editorContainer, *m_data, m_options.kinds);
     m_editors->setFindActions(findChild<QAction*>(QStringLiteral("Find1")),
                               findChild<QAction*>(QStringLiteral("Replace1")));
     m_editors->createStartupEditors();
@@ -373,10 +376,9 @@ void TKestrumM::connectStore()
             m_display->SaveModif();
         }
     });
-    connect(&data, &store::TRMData::editorMenusHideRequested, m_editors,
-            &EditorArea::hideEditorMenus);
-    connect(&data, &store::TRMData::showSelectedNodeRequested, this, &TKestrumM::ShowNode);
-    connect(&data, &store::TRMData::buttonsUpdateRequested, this, &TKestrumM::CheckButtons);
+    connect(&data, &store::TRMData::outlineLoaded, m_editors, &EditorArea::hideEditorMenus);
+    connect(&data, &store::TRMData::selectionRestored, this, &TKestrumM::ShowNode);
+    connect(&data, &store::TRMData::outlineSaved, this, &TKestrumM::CheckButtons);
     connect(&data, &store::TRMData::warning, this, [this](const QString& message) {
         if (m_inCommand) {
             ui::dialogs().warning(this, message);
@@ -653,8 +655,11 @@ void TKestrumM::NodeImportClick()
                 // The page is left modified so that leaving it stores the import; when more
                 // files follow into the same editor it is stored at once.
                 if (i + 1 < files->size()) {
-                    m_data->savePage(node->imageIndex(), node->data());
-                } else {
+                    m_data->writePageContent(node->data(), m_data->unsavedImport());
+                } else if (ui::EditorPanel* panel =
+                               m_editors->panel(store::editorKindFor(node->imageIndex()))) {
+                    QString why;
+                    panel->document().readContent(m_data->unsavedImport(), &why);
                     m_display->setContentModified(true);
                 }
             }

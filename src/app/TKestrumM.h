@@ -36,7 +36,7 @@ public:
     struct Options
     {
         QString settingsPath;      // empty: AppSettings::defaultPath()
-        EditorFactories editors;   // kinds without a factory get a placeholder
+        DesktopPageKinds kinds = desktopPageKinds(); // the page kinds and their editors
         bool pollHandOff = true;   // the one-second hand-off timer
         bool restoreLayout = true; // window geometry from the settings
     };

@@ -1,7 +1,6 @@
 // kestrum: the desktop organiser of analysis reports.
 
 #include "app/AppSettings.h"
-#include "app/DefaultEditors.h"
 #include "app/SingleInstance.h"
 #include "app/TKestrumM.h"
 
@@ -34,7 +33,6 @@ int main(int argc, char** argv)
     }
 
     TKestrumM::Options options;
-    options.editors = defaultEditorFactories();
     TKestrumM window(std::move(options));
     QObject::connect(
         &instance, &SingleInstance::filesReceived, &window, [&window](const QStringList& received) {

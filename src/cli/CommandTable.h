@@ -71,5 +71,7 @@ void registerStoreCommands(CommandTable& table);
 void registerDemoCommand(CommandTable& table);
 void registerOutlineCommand(CommandTable& table);
 void registerCloudCommand(CommandTable& table);
+// export-page: one page to a file, in the formats its kind registered.
+void registerExportPageCommand(CommandTable& table);
 
 } // namespace kestrum::cli

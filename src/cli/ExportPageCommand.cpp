@@ -1,41 +1,16 @@
 // export-page PROJECT PAGEID OUT: one page to a file whose extension chooses the format.
 
 #include "cli/CommandTable.h"
-#include "cli/PageExporters.h"
 
+#include "export/PageExports.h"
 #include "store/PageTable.h"
 #include "store/ProjectReader.h"
 
-#include <QFileInfo>
-
 namespace kestrum::cli {
 
-const PageExporter* PageExporterTable::find(store::EditorKind kind, const QString& extension) const
+void registerExportPageCommand(CommandTable& table)
 {
-    for (const PageExporter& exporter : m_exporters) {
-        if (exporter.kind == kind && exporter.extensions.contains(extension.toLower())) {
-            return &exporter;
-        }
-    }
-    return nullptr;
-}
-
-QStringList PageExporterTable::extensionsFor(store::EditorKind kind) const
-{
-    QStringList out;
-    for (const PageExporter& exporter : m_exporters) {
-        if (exporter.kind == kind) {
-            for (const QString& ext : exporter.extensions) {
-                out << QLatin1Char('.') + ext;
-            }
-        }
-    }
-    return out;
-}
-
-void registerExportPageCommand(CommandTable& table, const PageExporterTable& exporters)
-{
-    auto run = [exporters](ArgList& args, CliIo&) {
+    auto run = [](ArgList& args, CliIo&) {
         const QStringList pos = args.positional();
         if (pos.size() != 3) {
             throw CliError{kExitUsage, QStringLiteral("export-page needs PROJECT PAGEID OUT")};
@@ -46,23 +21,14 @@ void registerExportPageCommand(CommandTable& table, const PageExporterTable& exp
         if (!type) {
             throw CliError{kExitBadInput, QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
-        const store::EditorKind kind = store::editorKindFor(*type);
-        const QString extension = QFileInfo(pos[2]).suffix();
-        const PageExporter* exporter = exporters.find(kind, extension);
-        if (!exporter) {
-            const QStringList known = exporters.extensionsFor(kind);
-            throw CliError{kExitBadInput,
-                           known.isEmpty()
-                               ? QStringLiteral("page %1 is a %2 page, which cannot be exported yet")
-                                     .arg(pageId)
-                                     .arg(store::pageKindName(*type))
-                               : QStringLiteral("page %1 is a %2 page; it can be written as %3")
-                                     .arg(pageId)
-                                     .arg(store::pageKindName(*type), known.join(QLatin1Char(' ')))};
+        exports::PageSource page;
+        page.pageId = pageId;
+        page.pageType = *type;
+        page.content = project.table().readContent(pageId).value_or(QByteArray());
+        page.info = project.table().readInfo(pageId).value_or(QString());
+        if (const Status written = exports::exportPage(page, pos[2]); !written) {
+            throw CliError{kExitBadInput, written.error()};
         }
-        const QByteArray content = project.table().readContent(pageId).value_or(QByteArray());
-        const QString info = project.table().readInfo(pageId).value_or(QString());
-        exporter->write(content, info, pos[2]);
         return kExitOk;
     };
     table.add({QStringLiteral("export-page"), QStringLiteral("PROJECT PAGEID OUT"),

@@ -1,12 +1,13 @@
 #include "ProjectSession.h"
 
 #include "cli/CommandTable.h"
+#include "export/PageExports.h"
 
 namespace kestrum::cli {
 
 ProjectSession::ProjectSession(CliIo* io)
 {
-    m_documents.registerOn(m_data);
+    m_data.setPageKinds(exports::pageKindTable());
     if (io) {
         QObject::connect(&m_data, &store::TRMData::warning, &m_data, [io](const QString& message) {
             io->err << "warning: " << message << '\n';

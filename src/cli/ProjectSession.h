@@ -1,13 +1,12 @@
 #pragma once
 
-#include "cli/HeadlessDocuments.h"
 #include "store/TRMData.h"
 
 namespace kestrum::cli {
 
 struct CliIo;
 
-// A store with headless page documents, its warnings going to standard error.
+// A store over the core's page kinds, its warnings going to standard error.
 class ProjectSession
 {
 public:
@@ -15,12 +14,10 @@ public:
     ~ProjectSession();
 
     store::TRMData& data() { return m_data; }
-    HeadlessDocuments& documents() { return m_documents; }
     // Opens the project as the desktop does (which takes in any pending hand-off).
     store::TRMData& open(const QString& path);
 
 private:
-    HeadlessDocuments m_documents;
     store::TRMData m_data;
 };
 

@@ -1,7 +1,6 @@
 // Project commands: new, tree, pages, add, cat, put, intake, keep.
 
 #include "cli/CommandTable.h"
-#include "cli/HeadlessDocuments.h"
 #include "cli/ProjectSession.h"
 
 #include "common/Colour.h"
@@ -112,7 +111,7 @@ int runAdd(ArgList& args, CliIo& io)
         OutlineNode* node = data.AppendFile(pos[i], parent, true);
         if (data.lastImportUnsaved()) {
             // The desktop leaves such a page modified, which stores it when the page is left.
-            data.savePage(node->imageIndex(), node->data());
+            data.writePageContent(node->data(), data.unsavedImport());
         }
         io.out << nodeLine(data.outline().indexOf(node), node->level(), node) << '\n';
     }

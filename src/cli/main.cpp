@@ -2,7 +2,6 @@
 // 1 with a message on standard error for input that cannot be used, 2 for a usage error.
 
 #include "cli/CommandTable.h"
-#include "cli/PageExporters.h"
 #include "store/StoreError.h"
 
 #include <QCoreApplication>
@@ -36,10 +35,7 @@ int main(int argc, char** argv)
     registerDemoCommand(table);
     registerOutlineCommand(table);
     registerCloudCommand(table);
-    PageExporterTable exporters;
-    registerGridPageExporters(exporters);
-    registerTextPageExporters(exporters);
-    registerExportPageCommand(table, exporters);
+    registerExportPageCommand(table);
 
     QTextStream out(stdout);
     QTextStream err(stderr);

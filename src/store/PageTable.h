@@ -36,6 +36,15 @@ struct NewPage
 };
 
 // One line of a table listing.
+// A page as the store hands it out: its record, decompressed.
+struct StoredPage
+{
+    qint32 pageId = 0;
+    qint32 type = 0;
+    QString info;
+    QByteArray content;
+};
+
 struct PageSummary
 {
     qint32 pageId = 0;

@@ -189,10 +189,10 @@ void TRMData::DBOpen(const QString& fileName)
             emit warning(e.message());
         }
     }
-    emit editorMenusHideRequested();
+    emit outlineLoaded();
     restoreSelectionAfterOpen();
-    emit showSelectedNodeRequested();
-    emit buttonsUpdateRequested();
+    emit selectionRestored();
+    emit outlineSaved();
 }
 
 void TRMData::restoreSelectionAfterOpen()
@@ -297,37 +297,38 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
         return -1;
     }
     common::ScopedFlag adding(m_adding);
-    m_lastImportUnsaved = false;
+    m_unsavedImport.reset();
     SqliteTransaction tx(*m_db);
     const qint32 id = m_table->insert(now(), title, pageType, {}, {});
     m_currentPageId = id;
 
+    // Only the kinds a file can be added as take content here; the others start empty.
     const EditorKind kind =
         pageType <= PageType::TextVariant7 ? editorKindFor(pageType) : EditorKind::None;
-    PageDocument* document = m_documents.document(kind);
-    if (document && (kind == EditorKind::Text || kind == EditorKind::Grid ||
-                     kind == EditorKind::Chart || kind == EditorKind::Image)) {
+    std::unique_ptr<PageDocument> document =
+        kind == EditorKind::None ? nullptr : m_kinds.makeDocument(kind);
+    if (document) {
         bool loaded = false;
-        if (kind == EditorKind::Text) {
-            document->clear();
-        }
         if (!sourceFile.isEmpty()) {
-            if (kind != EditorKind::Text) {
-                document->clear();
-            }
             QString why;
             loaded = document->importFile(sourceFile, &why);
             if (!loaded) {
                 emit warning(why.isEmpty() ? QStringLiteral("Cannot import \"%1\"").arg(sourceFile)
                                            : why);
+                document->clear();
             }
         }
         // An empty text page is stored as an empty document; other kinds store what they
         // imported, unless the kind keeps that import unsaved for now.
         if (kind == EditorKind::Text || (loaded && document->storesImportImmediately(sourceFile))) {
-            saveDocument(kind, id);
+            savePage(id, *document);
         } else if (loaded) {
-            m_lastImportUnsaved = true;
+            QByteArray bytes;
+            QString why;
+            if (!document->writeContent(bytes, &why)) {
+                throw StoreError(QStringLiteral("Cannot import \"%1\": %2").arg(sourceFile, why));
+            }
+            m_unsavedImport = bytes;
         }
     }
     tx.commit();
@@ -343,9 +344,8 @@ qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
     SqliteTransaction tx(*m_db);
     const qint32 id = m_table->insert(now(), title, pageType, {}, {});
     m_currentPageId = id;
-    if (PageDocument* text = m_documents.document(EditorKind::Text)) {
-        text->clear();
-        saveDocument(EditorKind::Text, id);
+    if (std::unique_ptr<PageDocument> text = m_kinds.makeDocument(EditorKind::Text)) {
+        savePage(id, *text);
     }
     tx.commit();
     return id;
@@ -374,24 +374,9 @@ void TRMData::runInTransaction(const std::function<void()>& work)
     tx.commit();
 }
 
-qint32 TRMData::pageTypeForFile(const QString& fileName)
+qint32 TRMData::pageTypeForFile(const QString& fileName) const
 {
-    const QString suffix = QFileInfo(fileName).suffix();
-    if (suffix.isEmpty()) {
-        return PageType::Text;
-    }
-    // A plain substring test, as users' files have always been sorted: ".G" finds ".GRID2".
-    const QString ext = QLatin1Char('.') + suffix.toUpper();
-    if (QStringLiteral(".WSX.TEE").contains(ext)) {
-        return PageType::Chart;
-    }
-    if (QStringLiteral(".TAB.CSV.GRID2").contains(ext)) {
-        return PageType::Grid;
-    }
-    if (QStringLiteral(".BMP.WMF.JPG.JPEG.PNG").contains(ext)) {
-        return PageType::Image;
-    }
-    return PageType::Text;
+    return m_kinds.pageTypeForFile(fileName);
 }
 
 OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
@@ -439,18 +424,49 @@ void TRMData::SaveTree()
     } else {
         m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, stream, {}, 0);
     }
-    emit buttonsUpdateRequested();
+    emit outlineSaved();
 }
 
 // ---- page content ------------------------------------------------------------------------------
 
-bool TRMData::saveDocument(EditorKind kind, qint32 pageId)
+std::optional<qint32> TRMData::find(qint32 pageId) const
+{
+    const qint32 id = pageId == -1 ? m_currentPageId : pageId;
+    if (id == -1 || !m_table->exists(id)) {
+        return std::nullopt;
+    }
+    return id;
+}
+
+std::optional<StoredPage> TRMData::readPage(qint32 pageId) const
+{
+    if (!usable()) {
+        return std::nullopt;
+    }
+    const std::optional<qint32> id = find(pageId);
+    if (!id) {
+        return std::nullopt;
+    }
+    StoredPage page;
+    page.pageId = *id;
+    page.type = m_table->readType(*id).value_or(-1);
+    page.info = m_table->readInfo(*id).value_or(QString());
+    page.content = m_table->readContent(*id).value_or(QByteArray());
+    return page;
+}
+
+bool TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 {
     if (!usable()) {
         return false;
     }
-    PageDocument* document = m_documents.document(kind);
-    if (!document) {
+    const std::optional<qint32> id = locate(pageId);
+    return id && m_table->writeContent(*id, content);
+}
+
+bool TRMData::savePage(qint32 pageId, PageDocument& document)
+{
+    if (!usable()) {
         return false;
     }
     const std::optional<qint32> id = locate(pageId);
@@ -459,53 +475,40 @@ bool TRMData::saveDocument(EditorKind kind, qint32 pageId)
     }
     QByteArray bytes;
     QString why;
-    if (!document->writeContent(bytes, &why)) {
+    if (!document.writeContent(bytes, &why)) {
         throw StoreError(
             QStringLiteral("Cannot save page %1 of \"%2\": %3").arg(*id).arg(m_fileName, why));
     }
     return m_table->writeContent(*id, bytes);
 }
 
-bool TRMData::getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing)
+bool TRMData::loadPage(qint32 pageId, PageDocument& document)
 {
     if (!usable()) {
         return false;
     }
-    PageDocument* document = m_documents.document(kind);
-    if (!document) {
-        return false;
-    }
     const std::optional<qint32> id = locate(pageId);
     if (!id) {
-        if (clearWhenMissing) {
-            document->clear();
+        const PageKind* kind = m_kinds.find(document.kind());
+        if (kind && kind->clearedWhenMissing) {
+            document.clear();
         }
         return false;
     }
-    document->clear();
-    if (kind == EditorKind::Chart) {
-        document->setPageInfo(m_table->readInfo(*id).value_or(QString()));
+    document.clear(); // a page that cannot be read leaves the editor empty
+    const std::optional<StoredPage> page = readPage(*id);
+    if (!page) {
+        return false;
     }
-    const QByteArray content = m_table->readContent(*id).value_or(QByteArray());
+    document.setPageInfo(page->info);
     QString why;
-    if (!document->readContent(content, &why)) {
-        document->clear();
-        throw StoreError(
-            QStringLiteral("Page %1 of \"%2\" cannot be shown: %3").arg(*id).arg(m_fileName, why));
+    if (!document.readContent(page->content, &why)) {
+        document.clear();
+        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3")
+                             .arg(page->pageId)
+                             .arg(m_fileName, why));
     }
     return true;
-}
-
-bool TRMData::savePage(qint32 pageType, qint32 pageId)
-{
-    const EditorKind kind = editorKindFor(pageType);
-    return kind != EditorKind::None && saveDocument(kind, pageId);
-}
-
-bool TRMData::getPage(qint32 pageType, qint32 pageId)
-{
-    const EditorKind kind = editorKindFor(pageType);
-    return kind != EditorKind::None && getDocument(kind, pageId, kind == EditorKind::Text);
 }
 
 bool TRMData::SaveComment(qint32 pageId, const QString& text)
@@ -748,7 +751,7 @@ int TRMData::MoveToSup()
                 break;
             }
             m_outline.setSelected(node);
-            emit showSelectedNodeRequested();
+            emit selectionRestored();
             copyPage(node);
         }
     } else {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "store/DocumentRegistry.h"
 #include "store/OutlineModel.h"
+#include "store/PageKind.h"
 #include "store/PageTable.h"
 
 #include <QObject>
@@ -28,7 +28,9 @@ public:
 
     OutlineModel& outline() { return m_outline; }
     const OutlineModel& outline() const { return m_outline; }
-    DocumentRegistry& documents() { return m_documents; }
+    // The page kinds whose documents pages are imported into (set once by the program).
+    void setPageKinds(PageKindTable kinds) { m_kinds = std::move(kinds); }
+    const PageKindTable& pageKinds() const { return m_kinds; }
     // Read access to the page table of the open project (null when closed).
     PageTable* table() const { return m_table.get(); }
 
@@ -71,30 +73,42 @@ public:
     OutlineNode* AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
     // Whether the last AddRecord imported a file that its kind keeps unsaved for now (a
     // delimited table): the page is to be left modified, so that leaving it stores it.
-    bool lastImportUnsaved() const { return m_lastImportUnsaved; }
-    static qint32 pageTypeForFile(const QString& fileName);
+    bool lastImportUnsaved() const { return m_unsavedImport.has_value(); }
+    // That import's content, in the kind's stored format (empty when there is none).
+    QByteArray unsavedImport() const { return m_unsavedImport.value_or(QByteArray()); }
+    qint32 pageTypeForFile(const QString& fileName) const;
 
     // ---- outline
     void SaveTree();
 
-    // ---- page content through the editors' documents (page id -1: the current record)
-    bool SaveWP(qint32 pageId) { return saveDocument(EditorKind::Text, pageId); }
-    bool GetWP(qint32 pageId) { return getDocument(EditorKind::Text, pageId, true); }
-    bool SaveGrid(qint32 pageId) { return saveDocument(EditorKind::Grid, pageId); }
-    bool GetGrid(qint32 pageId) { return getDocument(EditorKind::Grid, pageId, false); }
-    bool SaveChart(qint32 pageId) { return saveDocument(EditorKind::Chart, pageId); }
-    bool GetChart(qint32 pageId) { return getDocument(EditorKind::Chart, pageId, false); }
-    bool SaveImage(qint32 pageId) { return saveDocument(EditorKind::Image, pageId); }
-    bool GetImage(qint32 pageId) { return getDocument(EditorKind::Image, pageId, false); }
-    bool SaveDiagram(qint32 pageId) { return saveDocument(EditorKind::Diagram, pageId); }
-    bool GetDiagram(qint32 pageId) { return getDocument(EditorKind::Diagram, pageId, false); }
-    bool SaveWordCloud(qint32 pageId) { return saveDocument(EditorKind::WordCloud, pageId); }
-    bool GetWordCloud(qint32 pageId) { return getDocument(EditorKind::WordCloud, pageId, false); }
-    bool SaveTimeLine(qint32 pageId) { return saveDocument(EditorKind::Timeline, pageId); }
-    bool GetTimeLine(qint32 pageId) { return getDocument(EditorKind::Timeline, pageId, false); }
-    // By page kind: what showing and leaving a page do.
-    bool savePage(qint32 pageType, qint32 pageId);
-    bool getPage(qint32 pageType, qint32 pageId);
+    // ---- page content (page id -1: the current record)
+    // A page's stored record, read without side effects: the current record stays where it is.
+    std::optional<StoredPage> readPage(qint32 pageId) const;
+    // Writes the content of `document` into the page; false when the page does not exist.
+    // Throws StoreError when the document cannot write itself or the file cannot be written.
+    bool savePage(qint32 pageId, PageDocument& document);
+    // Reads the page into `document` (its PageInfo first, then its content); the page becomes
+    // the current record, as for every store operation by kind. A missing page
+    // clears the document when its kind says so, else leaves it as it is; returns false then.
+    // Throws StoreError when the content cannot be read (the document is left cleared).
+    bool loadPage(qint32 pageId, PageDocument& document);
+    // The store operations by kind: each saves or loads the given document.
+    bool SaveWP(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetWP(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveGrid(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetGrid(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveChart(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetChart(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveImage(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetImage(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveDiagram(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetDiagram(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveWordCloud(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetWordCloud(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    bool SaveTimeLine(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    bool GetTimeLine(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    // Writes already serialised content into the page (a kind's stored format).
+    bool writePageContent(qint32 pageId, const QByteArray& content);
 
     bool SaveComment(qint32 pageId, const QString& text);
     bool GetComment(qint32 pageId, QString* text);
@@ -125,12 +139,13 @@ signals:
     void titleChanged(const QString& title);
     // Before a project is closed: the window writes back the page on screen.
     void aboutToClose();
-    // The editor-specific menus are to be hidden (on opening).
-    void editorMenusHideRequested();
-    // The selected node is to be shown (after opening, and for each page kept from a folder).
-    void showSelectedNodeRequested();
-    // The outline changed position or shape: buttons and status to be refreshed.
-    void buttonsUpdateRequested();
+    // A project's outline was loaded; its selection is restored next.
+    void outlineLoaded();
+    // The selection moved to a page to be shown: after opening, and to each page kept from a
+    // folder.
+    void selectionRestored();
+    // The outline was written (or a project opened with it).
+    void outlineSaved();
     // Something the user should be told that does not stop the work (an import that failed).
     void warning(const QString& message);
 
@@ -140,14 +155,14 @@ private:
     void flushBeforeClose();
     void closeConnections();
     std::optional<qint32> locate(qint32 pageId);
-    bool saveDocument(EditorKind kind, qint32 pageId);
-    bool getDocument(EditorKind kind, qint32 pageId, bool clearWhenMissing);
+    // The page a read looks at: the current record for -1; does not move it.
+    std::optional<qint32> find(qint32 pageId) const;
     void setTitleFromFile(const QString& fileName);
     void restoreSelectionAfterOpen();
     double now() const { return m_clock(); }
 
     OutlineModel m_outline;
-    DocumentRegistry m_documents;
+    PageKindTable m_kinds;
     std::unique_ptr<SqliteDatabase> m_db;
     std::unique_ptr<PageTable> m_table;
     QString m_fileName;
@@ -159,7 +174,7 @@ private:
     int m_restoredSelection = -1;
     int m_currentNodeIndex = -1;
     qint32 m_currentPageId = -1;
-    bool m_lastImportUnsaved = false;
+    std::optional<QByteArray> m_unsavedImport;
     std::function<double()> m_clock;
 };
 

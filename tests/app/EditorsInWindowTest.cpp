@@ -4,7 +4,6 @@
 
 #include "ScriptedDialogs.h"
 
-#include "app/DefaultEditors.h"
 #include "app/EditorArea.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
@@ -59,7 +58,6 @@ void EditorsInWindowTest::init()
     }
     app::TKestrumM::Options options;
     options.settingsPath = m_dir->filePath(QStringLiteral("Kestrum.INI"));
-    options.editors = app::defaultEditorFactories();
     options.pollHandOff = false;
     options.restoreLayout = false;
     m_window = std::make_unique<app::TKestrumM>(std::move(options));

@@ -35,8 +35,6 @@ void OutlineDragTest::dragPageOntoFolder()
     const QString file = dir.filePath(QStringLiteral("drag.kst"));
     {
         store::TRMData data;
-        store::RawPageDocument text(store::EditorKind::Text);
-        data.documents().set(store::EditorKind::Text, &text);
         data.DBCreate(file);
         store::OutlineNodeData folder;
         folder.caption = QStringLiteral("Folder");

@@ -2,7 +2,6 @@
 // per outline node, shown as a click would show it.
 // Not a test: run it by hand, with or without a display.
 
-#include "app/DefaultEditors.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/TKestrumM.h"
@@ -31,7 +30,6 @@ int main(int argc, char** argv)
 
     app::TKestrumM::Options options;
     options.settingsPath = out.filePath(QStringLiteral("Kestrum.INI"));
-    options.editors = app::defaultEditorFactories();
     options.pollHandOff = false;
     options.restoreLayout = false;
     app::TKestrumM window(std::move(options));

@@ -118,7 +118,7 @@ void KeptItemsTest::keepingAFolderCopiesItsPagesUntilANodeWithChildren()
     data.outline().setSelected(folder);
     QObject context;
     QStringList shown;
-    connect(&data, &TRMData::showSelectedNodeRequested, &context,
+    connect(&data, &TRMData::selectionRestored, &context,
             [&] { shown << data.outline().selected()->caption(); });
     QCOMPARE(data.MoveToSup(), 2);
     QCOMPARE(shown, QStringList({"A", "B"}));

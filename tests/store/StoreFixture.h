@@ -3,6 +3,8 @@
 // Helpers shared by the store tests: a store with raw page documents for every kind, a fixed
 // clock, and direct access to project files the way a host program has it.
 
+#include "export/PageExports.h"
+#include "store/PageKind.h"
 #include "store/PageTable.h"
 #include "store/RawPageDocument.h"
 #include "store/SqliteDatabase.h"
@@ -24,11 +26,15 @@ class StoreWithDocuments
 public:
     StoreWithDocuments()
     {
-        for (int k = 1; k < store::kEditorKindCount; ++k) {
-            m_documents[std::size_t(k)] =
-                std::make_unique<store::RawPageDocument>(store::EditorKind(k));
-            data.documents().set(store::EditorKind(k), m_documents[std::size_t(k)].get());
+        // The program's page kinds (file rules, missing-page rules) over raw documents.
+        store::PageKindTable kinds;
+        for (store::PageKind entry : exports::pageKindTable().kinds()) {
+            const store::EditorKind kind = entry.kind;
+            m_documents[std::size_t(kind)] = std::make_unique<store::RawPageDocument>(kind);
+            entry.makeDocument = [kind] { return std::make_unique<store::RawPageDocument>(kind); };
+            kinds.add(entry);
         }
+        data.setPageKinds(kinds);
         data.setClock([] { return kFixedNow; });
     }
 

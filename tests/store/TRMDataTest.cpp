@@ -199,7 +199,7 @@ void TRMDataTest::openRestoresTheSelection()
         }
         host.table->writeContent(0, OutlineStream::write(&tree));
     }
-    QSignalSpy shown(&data, &TRMData::showSelectedNodeRequested);
+    QSignalSpy shown(&data, &TRMData::selectionRestored);
     data.DBOpen(file);
     QCOMPARE(data.outline().selectedIndex(), selected);
     QCOMPARE(shown.count(), 1);
@@ -233,11 +233,11 @@ void TRMDataTest::openAnnouncesItselfInOrder()
     data.CloseFile();
     QObject context; // the connections end with the test
     QStringList events;
-    connect(&data, &TRMData::editorMenusHideRequested, &context,
+    connect(&data, &TRMData::outlineLoaded, &context,
             [&] { events << QStringLiteral("menus"); });
-    connect(&data, &TRMData::showSelectedNodeRequested, &context,
+    connect(&data, &TRMData::selectionRestored, &context,
             [&] { events << QStringLiteral("show"); });
-    connect(&data, &TRMData::buttonsUpdateRequested, &context,
+    connect(&data, &TRMData::outlineSaved, &context,
             [&] { events << QStringLiteral("buttons"); });
     data.DBOpen(file);
     QCOMPARE(events, QStringList({"menus", "show", "buttons"}));
@@ -273,12 +273,12 @@ void TRMDataTest::contentRoundTripsForEveryKind()
     const qint32 id = data.AddRecord(pageType, QStringLiteral("page"), {});
     RawPageDocument& document = m_store->document(editorKindFor(pageType));
     document.setBytes(content);
-    QVERIFY(data.savePage(pageType, id));
+    QVERIFY(data.savePage(id, document));
     document.setBytes("something else");
     data.CloseFile();
 
     data.DBOpen(file);
-    QVERIFY(data.getPage(pageType, id));
+    QVERIFY(data.loadPage(id, document));
     QCOMPARE(document.bytes(), content);
 }
 
@@ -290,12 +290,12 @@ void TRMDataTest::missingPagesLeaveTheTableAlone()
     RawPageDocument& grid = m_store->document(EditorKind::Grid);
     text.setBytes("on screen");
     grid.setBytes("grid on screen");
-    QVERIFY(!data.SaveWP(999));
+    QVERIFY(!data.SaveWP(999, m_store->document(EditorKind::Text)));
     QCOMPARE(data.table()->rowCount(), 3);
     // The text editor is cleared for a missing page; every other editor keeps what it shows.
-    QVERIFY(!data.GetWP(999));
+    QVERIFY(!data.GetWP(999, m_store->document(EditorKind::Text)));
     QVERIFY(text.bytes().isEmpty());
-    QVERIFY(!data.GetGrid(999));
+    QVERIFY(!data.GetGrid(999, m_store->document(EditorKind::Grid)));
     QCOMPARE(grid.bytes(), QByteArray("grid on screen"));
     QString comment = QStringLiteral("kept");
     QVERIFY(!data.GetComment(999, &comment));
@@ -307,17 +307,17 @@ void TRMDataTest::currentRecordRule()
     TRMData& data = m_store->data;
     data.DBCreate(path(QStringLiteral("current.kst")));
     RawPageDocument& text = m_store->document(EditorKind::Text);
-    QVERIFY(data.GetWP(2));
+    QVERIFY(data.GetWP(2, m_store->document(EditorKind::Text)));
     QCOMPARE(data.currentPageId(), 2);
     text.setBytes("written through -1");
     data.SaveTree(); // the current record is the same before and after
     QCOMPARE(data.currentPageId(), 2);
-    QVERIFY(data.SaveWP(-1));
+    QVERIFY(data.SaveWP(-1, m_store->document(EditorKind::Text)));
     QCOMPARE(*data.table()->readContent(2), QByteArray("written through -1"));
     QVERIFY(data.table()->readContent(1)->isEmpty());
 
     data.DeleteRecord(2);
-    QVERIFY(!data.SaveWP(-1)); // no current record any more
+    QVERIFY(!data.SaveWP(-1, m_store->document(EditorKind::Text))); // no current record any more
 }
 
 void TRMDataTest::commentsRoundTrip()
@@ -360,13 +360,13 @@ void TRMDataTest::closingFlagBlocksPageAccess()
     bool closingSeen = false;
     connect(&data.outline(), &OutlineModel::modelAboutToBeReset, &context, [&] {
         closingSeen = data.isClosing();
-        readDuringTeardown = data.GetWP(1);
+        readDuringTeardown = data.GetWP(1, m_store->document(EditorKind::Text));
     });
     data.CloseFile();
     QVERIFY(closingSeen);
     QVERIFY(!readDuringTeardown);
     QVERIFY(!data.isClosing());
-    QVERIFY(!data.SaveWP(1));
+    QVERIFY(!data.SaveWP(1, m_store->document(EditorKind::Text)));
     QCOMPARE(data.AddRecord(0, QStringLiteral("x"), {}), -1);
 }
 
@@ -423,7 +423,7 @@ void TRMDataTest::appendFileDecidesTheKindByExtension()
 {
     QFETCH(QString, fileName);
     QFETCH(int, pageType);
-    QCOMPARE(TRMData::pageTypeForFile(fileName), pageType);
+    QCOMPARE(m_store->data.pageTypeForFile(fileName), pageType);
 
     TRMData& data = m_store->data;
     data.DBCreate(path(QStringLiteral("append.kst")));
@@ -499,16 +499,16 @@ void TRMDataTest::hostWritesWhileTheStoreHoldsTheFile()
     const QString file = path(QStringLiteral("shared.kst"));
     TRMData& data = m_store->data;
     data.DBCreate(file);
-    QVERIFY(data.GetWP(1)); // the store has read from the file
+    QVERIFY(data.GetWP(1, m_store->document(EditorKind::Text))); // the store has read from the file
     HostConnection host(file);
     const qint32 id =
         host.table->insert(kFixedNow, QStringLiteral("a\tb\tHanded over"), 2, "chart", {});
-    QVERIFY(data.GetChart(id));
+    QVERIFY(data.GetChart(id, m_store->document(EditorKind::Chart)));
     QCOMPARE(m_store->document(EditorKind::Chart).bytes(), QByteArray("chart"));
     QCOMPARE(m_store->document(EditorKind::Chart).pageInfo(), QStringLiteral("a\tb\tHanded over"));
     // And the store writes while the host's connection stays open.
     m_store->document(EditorKind::Text).setBytes("edited");
-    QVERIFY(data.SaveWP(1));
+    QVERIFY(data.SaveWP(1, m_store->document(EditorKind::Text)));
     QCOMPARE(*host.table->readContent(1), QByteArray("edited"));
 }
 
@@ -533,7 +533,7 @@ void TRMDataTest::concurrentWriterIsWaitedFor()
         std::this_thread::yield();
     }
     m_store->document(EditorKind::Text).setBytes("after the host");
-    const bool saved = data.SaveWP(1); // waits for the host's commit
+    const bool saved = data.SaveWP(1, m_store->document(EditorKind::Text)); // waits for the host's commit
     host.join();
     QVERIFY(saved);
     QCOMPARE(*data.table()->readContent(1), QByteArray("after the host"));
@@ -646,7 +646,7 @@ void TRMDataTest::damagedPageLeavesOtherPagesReadable()
     TRMData& data = m_store->data;
     data.DBCreate(file);
     m_store->document(EditorKind::Text).setBytes("good page");
-    data.SaveWP(2);
+    data.SaveWP(2, m_store->document(EditorKind::Text));
     data.CloseFile();
     {
         HostConnection host(file);
@@ -656,7 +656,7 @@ void TRMDataTest::damagedPageLeavesOtherPagesReadable()
     }
     data.DBOpen(file);
     try {
-        data.GetWP(1);
+        data.GetWP(1, m_store->document(EditorKind::Text));
         QFAIL("a damaged page was read");
     } catch (const StoreError& e) {
         QVERIFY(e.message().contains(QLatin1String("Page 1")));
@@ -664,7 +664,7 @@ void TRMDataTest::damagedPageLeavesOtherPagesReadable()
     QVERIFY(m_store->document(EditorKind::Text).bytes().isEmpty());
     QString comment;
     QVERIFY_THROWS_EXCEPTION(StoreError, data.GetComment(1, &comment));
-    QVERIFY(data.GetWP(2));
+    QVERIFY(data.GetWP(2, m_store->document(EditorKind::Text)));
     QCOMPARE(m_store->document(EditorKind::Text).bytes(), QByteArray("good page"));
 }
 
@@ -687,7 +687,7 @@ void TRMDataTest::hostWrittenValuesAreRead()
     QVERIFY(data.GetComment(3, &comment));
     QCOMPARE(comment, QStringLiteral("plain comment"));
     m_store->document(EditorKind::Text).setBytes("stale");
-    QVERIFY(data.GetWP(3));
+    QVERIFY(data.GetWP(3, m_store->document(EditorKind::Text)));
     QVERIFY(m_store->document(EditorKind::Text).bytes().isEmpty());
 }
 

@@ -7,6 +7,7 @@
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/GridStream.h"
 #include "editors/grid/WgfFile.h"
+#include "store/PageKind.h"
 #include "store/PageTable.h"
 #include "store/TRMData.h"
 
@@ -20,6 +21,18 @@ using namespace kestrum::grid;
 using kestrum::grid::test::sampleGrid;
 
 namespace {
+
+// The store imports tables through grid page documents.
+store::PageKindTable gridKinds()
+{
+    store::PageKind kind;
+    kind.kind = store::EditorKind::Grid;
+    kind.pageTypes = {store::PageType::Grid};
+    kind.makeDocument = [] { return std::make_unique<GridPageDocument>(); };
+    kind.importExtensions = {QStringLiteral(".TAB"), QStringLiteral(".CSV"),
+                             QStringLiteral(".GRID2")};
+    return store::PageKindTable({kind});
+}
 
 void load(GridPageDocument& doc, const GridDocument& g)
 {
@@ -275,7 +288,7 @@ private slots:
         }
         store::TRMData data;
         GridPageDocument doc;
-        data.documents().set(store::EditorKind::Grid, &doc);
+        data.setPageKinds(gridKinds());
         data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
         QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
         QSignalSpy warnings(&data, &store::TRMData::warning);
@@ -283,9 +296,10 @@ private slots:
         QVERIFY(node);
         QCOMPARE(node->imageIndex(), store::PageType::Grid);
         QCOMPARE(warnings.count(), 0);
+        const QByteArray stored = data.table()->readContent(node->data()).value_or(QByteArray());
+        QVERIFY(doc.readContent(storedAtOnce ? stored : data.unsavedImport(), nullptr));
         QCOMPARE(changed.count(), 0); // taking a file in is no edit
         QCOMPARE(doc.grid().text(0, 1), cell10);
-        const QByteArray stored = data.table()->readContent(node->data()).value_or(QByteArray());
         QCOMPARE(!stored.isEmpty(), storedAtOnce);
         QCOMPARE(doc.storesImportImmediately(source), storedAtOnce);
         if (storedAtOnce) {
@@ -334,7 +348,7 @@ private slots:
         writeFile(source, bytes);
         store::TRMData data;
         GridPageDocument doc;
-        data.documents().set(store::EditorKind::Grid, &doc);
+        data.setPageKinds(gridKinds());
         data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
         QSignalSpy warnings(&data, &store::TRMData::warning);
         store::OutlineNode* node = data.AppendFile(source, data.outline().root(), true);
@@ -349,14 +363,14 @@ private slots:
         QTemporaryDir dir;
         store::TRMData data;
         GridPageDocument doc;
-        data.documents().set(store::EditorKind::Grid, &doc);
+        data.setPageKinds(gridKinds());
         data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
         const qint32 id = data.AddRecord(store::PageType::Grid, QStringLiteral("Table"), QString());
         load(doc, sampleGrid());
         doc.setCellText(1, 1, QStringLiteral("edited"));
-        QVERIFY(data.SaveGrid(id));
+        QVERIFY(data.SaveGrid(id, doc));
         doc.clear();
-        QVERIFY(data.GetGrid(id));
+        QVERIFY(data.GetGrid(id, doc));
         QCOMPARE(doc.grid().text(1, 1), QStringLiteral("edited"));
         QCOMPARE(doc.grid().format(2, 2).fontName, QStringLiteral("Courier New"));
     }

@@ -2,6 +2,7 @@
 // extension, the store's Save/Get through a real project file, and the exports.
 
 #include "editors/text/TextPageDocument.h"
+#include "store/PageKind.h"
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/TextExporter.h"
@@ -84,6 +85,17 @@ private slots:
     void htmlForReports();
     void plainTextExport();
 };
+
+// The store imports text files through text page documents.
+static store::PageKindTable textKinds()
+{
+    store::PageKind kind;
+    kind.kind = store::EditorKind::Text;
+    kind.pageTypes = {store::PageType::Text};
+    kind.makeDocument = [] { return std::make_unique<TextPageDocument>(); };
+    kind.clearedWhenMissing = true;
+    return store::PageKindTable({kind});
+}
 
 void TextPageDocumentTest::detection_data()
 {
@@ -297,7 +309,7 @@ void TextPageDocumentTest::storeRoundTrip()
     QTemporaryDir dir;
     TextPageDocument doc;
     store::TRMData data;
-    data.documents().set(store::EditorKind::Text, &doc);
+    data.setPageKinds(textKinds());
     QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
     const QString project = dir.filePath(QStringLiteral("report.kst"));
     data.DBCreate(project);
@@ -312,11 +324,11 @@ void TextPageDocumentTest::storeRoundTrip()
     QCOMPARE(changed.count(), 0);
     QVERIFY(data.table()->readContent(rtfPage)->startsWith("{\\rtf1"));
 
-    QVERIFY(data.GetWP(txtPage));
+    QVERIFY(data.GetWP(txtPage, doc));
     QCOMPARE(plain(doc), QStringLiteral("first\nsecond"));
-    QVERIFY(data.GetWP(other));
+    QVERIFY(data.GetWP(other, doc));
     QCOMPARE(plain(doc), QString());
-    QVERIFY(data.GetWP(rtfPage));
+    QVERIFY(data.GetWP(rtfPage, doc));
     QCOMPARE(plain(doc), QStringLiteral("Bold words"));
     QCOMPARE(changed.count(), 0);
 
@@ -327,14 +339,14 @@ void TextPageDocumentTest::storeRoundTrip()
     red.setForeground(QColor(255, 0, 0));
     cursor.insertText(QStringLiteral(" and red"), red);
     QVERIFY(changed.count() > 0);
-    QVERIFY(data.SaveWP(rtfPage));
+    QVERIFY(data.SaveWP(rtfPage, doc));
     data.CloseFile();
 
     TextPageDocument second;
     store::TRMData reopened;
-    reopened.documents().set(store::EditorKind::Text, &second);
+    reopened.setPageKinds(textKinds());
     reopened.DBOpen(project);
-    QVERIFY(reopened.GetWP(rtfPage));
+    QVERIFY(reopened.GetWP(rtfPage, second));
     QCOMPARE(plain(second), QStringLiteral("Bold words and red"));
     QTextCursor at(second.textDocument());
     at.setPosition(plain(second).size());
@@ -350,11 +362,11 @@ void TextPageDocumentTest::storeMissingPageClears()
     QTemporaryDir dir;
     TextPageDocument doc;
     store::TRMData data;
-    data.documents().set(store::EditorKind::Text, &doc);
+    data.setPageKinds(textKinds());
     data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
     QString error;
     QVERIFY(doc.readContent(kRtf, &error));
-    QVERIFY(!data.GetWP(987654));
+    QVERIFY(!data.GetWP(987654, doc));
     QCOMPARE(plain(doc), QString());
     data.CloseFile();
 }
@@ -365,17 +377,17 @@ void TextPageDocumentTest::htmlPageFromTheStoreLoads()
     QTemporaryDir dir;
     TextPageDocument doc;
     store::TRMData data;
-    data.documents().set(store::EditorKind::Text, &doc);
+    data.setPageKinds(textKinds());
     data.DBCreate(dir.filePath(QStringLiteral("h.kst")));
     const qint32 id = data.appendRecord(
         store::PageType::Text, QStringLiteral("Html"),
         "<html><body><h1>Title</h1><ul><li>one</li><li>two</li></ul></body></html>", {});
-    QVERIFY(data.GetWP(id));
+    QVERIFY(data.GetWP(id, doc));
     QCOMPARE(plain(doc), QStringLiteral("Title\none\ntwo"));
     QVERIFY(doc.textDocument()->findBlockByNumber(1).textList());
-    QVERIFY(data.SaveWP(id));
+    QVERIFY(data.SaveWP(id, doc));
     QVERIFY(data.table()->readContent(id)->startsWith("{\\rtf1"));
-    QVERIFY(data.GetWP(id));
+    QVERIFY(data.GetWP(id, doc));
     QVERIFY(doc.textDocument()->findBlockByNumber(2).textList());
     data.CloseFile();
 }

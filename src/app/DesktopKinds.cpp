@@ -1,0 +1,40 @@
+// The one list of the desktop's page kinds: each kind's editor, toolbar and menu. Adding a kind:
+// one line here, one in the core's list (export/CoreKinds.cpp).
+
+#include "app/DesktopKinds.h"
+
+#include "editors/grid/TRMGridEditor.h"
+#include "editors/text/TRMWPEditor.h"
+
+namespace kestrum::app {
+
+namespace {
+
+template <class Editor>
+std::function<ui::EditorPanel*(QWidget*)> editor()
+{
+    return [](QWidget* parent) -> ui::EditorPanel* { return new Editor(parent); };
+}
+
+} // namespace
+
+DesktopPageKinds desktopPageKinds()
+{
+    using store::EditorKind;
+    return {
+        {.kind = EditorKind::Text, .makeEditor = editor<text::TRMWPEditor>(), .toolBar = "WPBar",
+         .menu = "DocMenu", .menuTitle = "&Document", .findable = true,
+         .clearedWhenHidden = true, .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::Grid, .makeEditor = editor<grid::TRMGridEditor>(),
+         .toolBar = "GridBar", .menu = "TableMenu", .menuTitle = "&Table", .findable = true,
+         .hiddenWithAll = true, .toolBarHiddenWithAll = true, .clearedBeforeLoading = true},
+        {.kind = EditorKind::Chart, .toolBar = "ChartBar", .menu = "ChartMenu",
+         .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::Image, .toolBar = "ImageBar"},
+        {.kind = EditorKind::Timeline, .createdAtStartup = false},
+        {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
+        {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
+    };
+}
+
+} // namespace kestrum::app

@@ -1,0 +1,105 @@
+// Text pages: the rich-text document, its imports and its exports.
+
+#include "export/KindRegistrations.h"
+
+#include "editors/text/TextExporter.h"
+#include "editors/text/TextPageDocument.h"
+
+#include <QFileInfo>
+#include <QTextDocument>
+
+namespace kestrum::exports {
+
+namespace {
+
+Result<std::unique_ptr<text::TextPageDocument>> readText(const PageSource& page)
+{
+    auto document = std::make_unique<text::TextPageDocument>();
+    QString error;
+    if (!document->readContent(page.content, &error)) {
+        return fail(QStringLiteral("the page cannot be read: ") + error);
+    }
+    return document;
+}
+
+Status writeTextFile(const PageSource& page, const QString& outFile)
+{
+    auto document = readText(page);
+    if (!document) {
+        return fail(document.error());
+    }
+    const auto format = text::TextExporter::formatForSuffix(QFileInfo(outFile).suffix());
+    QString error;
+    if (!format || !(*document)->exportFile(outFile, *format, &error)) {
+        return fail(error);
+    }
+    return {};
+}
+
+} // namespace
+
+CorePageKind textPageKind()
+{
+    CorePageKind kind;
+    kind.page.kind = store::EditorKind::Text;
+    kind.page.pageTypes = {store::PageType::Text, store::PageType::TextVariant5,
+                           store::PageType::TextVariant6, store::PageType::TextVariant7};
+    kind.page.name = QStringLiteral("text");
+    kind.page.icon = QStringLiteral(":/icons/text.svg");
+    kind.page.makeDocument = [] { return std::make_unique<text::TextPageDocument>(); };
+    kind.page.clearedWhenMissing = true;
+
+    kind.exports.formats = {
+        {{QStringLiteral("rtf")}, QStringLiteral("Rich text"), writeTextFile},
+        {{QStringLiteral("html"), QStringLiteral("htm")}, QStringLiteral("Web page"),
+         writeTextFile},
+        {{QStringLiteral("txt")}, QStringLiteral("Plain text"), writeTextFile},
+        {{QStringLiteral("odt")}, QStringLiteral("OpenDocument text"), writeTextFile},
+    };
+    kind.exports.html = [](const PageSource& page,
+                           const HtmlFragmentOptions& options) -> Result<HtmlFragment> {
+        auto document = readText(page);
+        if (!document) {
+            return fail(document.error());
+        }
+        // Pictures are embedded: the fragment carries no files of its own.
+        Q_UNUSED(options);
+        QString error;
+        const QByteArray html =
+            text::TextExporter::toHtml(*(*document)->textDocument(), {}, &error);
+        if (html.isEmpty() && !error.isEmpty()) {
+            return fail(error);
+        }
+        // The markup between <BODY> and </BODY>.
+        QString body = QString::fromUtf8(html);
+        const qsizetype open = body.indexOf(QLatin1String("<BODY"), 0, Qt::CaseInsensitive);
+        if (open >= 0) {
+            const qsizetype start = body.indexOf(QLatin1Char('>'), open) + 1;
+            const qsizetype end = body.lastIndexOf(QLatin1String("</BODY>"), -1, Qt::CaseInsensitive);
+            body = body.mid(start, end >= start ? end - start : -1);
+        }
+        return HtmlFragment{body, {}};
+    };
+    kind.exports.rtf = [](const PageSource& page) -> Result<QByteArray> {
+        auto document = readText(page);
+        if (!document) {
+            return fail(document.error());
+        }
+        QByteArray bytes;
+        QString error;
+        if (!(*document)->writeContent(bytes, &error)) {
+            return fail(error);
+        }
+        return bytes;
+    };
+    kind.exports.text = [](const PageSource& page) -> Result<QString> {
+        auto document = readText(page);
+        if (!document) {
+            return fail(document.error());
+        }
+        return text::TextExporter::toPlainText(*(*document)->textDocument());
+    };
+    return kind;
+}
+
+} // namespace kestrum::exports
