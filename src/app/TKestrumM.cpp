@@ -3,6 +3,7 @@
 #include "app/AppSettings.h"
 #include "ui/Dialogs.h"
 #include "ui/EditorPanel.h"
+#include "ui/WaitCursor.h"
 #include "app/Icons.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
@@ -17,6 +18,7 @@
 #include "store/TRMData.h"
 
 #include <QAction>
+#include <algorithm>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -230,6 +232,11 @@ void TKestrumM::buildMenusAndToolBars()
     m_fileMenu->addAction(newProject);
     m_fileMenu->addAction(openProject);
     m_fileMenu->addAction(closeProject);
+    m_fileMenu->addSeparator();
+    QAction* exportPage = makeAction(QStringLiteral("ExportPage"), QStringLiteral("&Export page..."),
+                                     nullptr, &TKestrumM::ExportPageClick);
+    m_projectActions << exportPage;
+    m_fileMenu->addAction(exportPage);
     m_fileMenu->addSeparator();
     m_fileMenu->addSeparator()->setObjectName(QStringLiteral("RecentEnd"));
     QAction* exit = new QAction(QStringLiteral("E&xit"), this);
@@ -587,6 +594,55 @@ void TKestrumM::CloseProjectClick()
 void TKestrumM::ShowNode()
 {
     guarded([&] { m_display->ShowNode(); });
+}
+
+void TKestrumM::ExportPageClick()
+{
+    const OutlineNode* node = m_data->isOpen() ? m_data->outline().selected() : nullptr;
+    const exports::CorePageKind* kind =
+        node ? exports::coreKind(store::editorKindFor(node->imageIndex())) : nullptr;
+    if (!node || node->data() <= 0 || !kind || kind->exports.formats.empty()) {
+        ui::dialogs().information(this, QStringLiteral("This item cannot be exported."));
+        return;
+    }
+    guarded([&] {
+        m_display->SaveModif(); // the page as shown is what is exported
+        ui::Dialogs::FileRequest request;
+        request.caption = QStringLiteral("Export page");
+        request.fileName = node->caption();
+        for (const exports::PageFormat& format : kind->exports.formats) {
+            QStringList patterns;
+            for (const QString& ext : format.extensions) {
+                patterns << QStringLiteral("*.") + ext;
+            }
+            request.filters << QStringLiteral("%1 (%2)").arg(format.description,
+                                                             patterns.join(QLatin1Char(' ')));
+        }
+        const auto choice = ui::dialogs().getSaveFileName(this, request);
+        if (!choice) {
+            return;
+        }
+        QString fileName = choice->fileName;
+        const int index = std::clamp(choice->filterIndex, 1, int(kind->exports.formats.size()));
+        const exports::PageFormat& chosen = kind->exports.formats[std::size_t(index - 1)];
+        if (!chosen.extensions.contains(QFileInfo(fileName).suffix().toLower())) {
+            fileName += QLatin1Char('.') + chosen.extensions.front();
+        }
+        const std::optional<store::StoredPage> stored = m_data->readPage(node->data());
+        if (!stored) {
+            ui::dialogs().warning(this, QStringLiteral("The page cannot be found."));
+            return;
+        }
+        ui::WaitCursor wait;
+        const Status written = exports::exportPage(
+            {stored->pageId, stored->type, stored->content, stored->info}, fileName);
+        if (!written) {
+            ui::dialogs().warning(this, QStringLiteral("Cannot export the page: %1")
+                                            .arg(written.error()));
+        } else {
+            statusBar()->showMessage(QStringLiteral("Exported to %1").arg(fileName), 5000);
+        }
+    });
 }
 
 void TKestrumM::CheckButtons()

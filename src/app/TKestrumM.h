@@ -63,6 +63,8 @@ public:
     // ---- page display
     void ShowNode();
     void CheckButtons();
+    // File > Export page...: the selected page to a file, in a format of its kind.
+    void ExportPageClick();
 
 public slots:
     // File menu

@@ -111,6 +111,7 @@ private slots:
     void newItemDialog();
     void newItemCancelStillWritesTheOutline();
     void importSeveralFiles();
+    void exportPageWritesTheChosenFormat();
     void deleteAsksThenWalks();
     void renameAndColours();
     void moveCommandsAndDragDrop();
@@ -484,6 +485,26 @@ void TKestrumMTest::newItemCancelStillWritesTheOutline()
     QCOMPARE(m_window->data().outline().count(), 8);
     store::ProjectReader reader(file);
     QCOMPARE(reader.outline()->data(), 7); // the selection as written by the cancelled command
+}
+
+void TKestrumMTest::exportPageWritesTheChosenFormat()
+{
+    QVERIFY(m_window->openProject(makeProject()));
+    // A folder has no page.
+    select(3);
+    m_window->ExportPageClick();
+    QVERIFY(m_dialogs->messages().contains(QStringLiteral("This item cannot be exported.")));
+    // The text page as plain text: the third format; the extension is added.
+    select(1);
+    m_dialogs->answerSaveFile(ui::Dialogs::FileChoice{path(QStringLiteral("exported")), 3});
+    m_window->ExportPageClick();
+    QFile out(path(QStringLiteral("exported.txt")));
+    QVERIFY(out.open(QIODevice::ReadOnly));
+    QCOMPARE(out.readAll().trimmed(), QByteArray("Text content"));
+    // Cancelled: nothing written.
+    m_dialogs->answerSaveFile(std::nullopt);
+    m_window->ExportPageClick();
+    QVERIFY(!QFileInfo::exists(path(QStringLiteral("exported"))));
 }
 
 void TKestrumMTest::importSeveralFiles()
