@@ -74,12 +74,15 @@ void OverviewPanel::showNode(const store::OutlineNode* node)
         const QString pageCount = pages == 1 ? tr("1 page") : tr("%1 pages").arg(pages);
         const QString folderCount =
             folders == 1 ? tr(" in 1 folder") : tr(" in %1 folders").arg(folders);
-        detail =
-            pages == 0 && folders == 0
-                ? tr("This folder is empty. Use Items > New... or Import files... to add pages.")
-                : pageCount + (folders ? folderCount : QString());
+        const bool empty = pages == 0 && folders == 0;
         if (!node->parent()) {
-            detail = tr("Report with ") + detail;
+            detail = empty ? tr("This report is empty. Use Items > New... or Import files... to "
+                                "add pages.")
+                           : tr("Report with ") + pageCount + (folders ? folderCount : QString());
+        } else {
+            detail = empty ? tr("This folder is empty. Use Items > New... or Import files... to "
+                                "add pages.")
+                           : pageCount + (folders ? folderCount : QString());
         }
     } else {
         detail = tr("This kind of page has no editor.");

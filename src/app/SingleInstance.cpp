@@ -50,7 +50,10 @@ bool SingleInstance::claim()
                 }
                 socket->write("ok\n");
                 socket->flush();
-                emit filesReceived(files);
+                // Announced from the event loop, not from this handler: opening the file may
+                // run a message box's loop, in which the socket can go away.
+                QMetaObject::invokeMethod(
+                    this, [this, files] { emit filesReceived(files); }, Qt::QueuedConnection);
             });
         }
     });

@@ -2,6 +2,10 @@
 
 #include <QtEndian>
 
+#include <zlib.h>
+
+#include <algorithm>
+
 namespace kestrum::store::ColumnCodec {
 
 namespace {
@@ -39,8 +43,51 @@ std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
         }
         return std::nullopt;
     }
-    QByteArray plain = qUncompress(stored);
-    if (plain.size() != qsizetype(claimed)) {
+    // Inflated in bounded steps, never past the claimed size: a stream that would expand beyond
+    // its header is refused as soon as it passes it, whatever it would have grown to. The
+    // buffer grows with the output, so a lying header costs no more than the real data.
+    constexpr qsizetype kStep = qsizetype(16) << 20;
+    QByteArray plain(std::min<qsizetype>(qsizetype(claimed), kStep), Qt::Uninitialized);
+    z_stream zs{};
+    if (inflateInit(&zs) != Z_OK) {
+        if (error) {
+            *error = QStringLiteral("the stored value cannot be decompressed (out of memory)");
+        }
+        return std::nullopt;
+    }
+    zs.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stored.constData() + 4));
+    zs.avail_in = uInt(streamBytes);
+    qsizetype produced = 0;
+    int rc = Z_OK;
+    while (rc == Z_OK) {
+        if (produced == plain.size()) {
+            if (produced == qsizetype(claimed)) {
+                break; // full: the stream must end here
+            }
+            plain.resize(std::min<qsizetype>(qsizetype(claimed), produced * 2));
+        }
+        zs.next_out = reinterpret_cast<Bytef*>(plain.data() + produced);
+        zs.avail_out = uInt(plain.size() - produced);
+        rc = inflate(&zs, Z_NO_FLUSH);
+        produced = plain.size() - qsizetype(zs.avail_out);
+        if (rc == Z_BUF_ERROR && zs.avail_out > 0) {
+            break; // truncated input
+        }
+        if (rc == Z_BUF_ERROR) {
+            rc = Z_OK; // output full: grow and go on
+        }
+    }
+    bool ok = rc == Z_STREAM_END && produced == qsizetype(claimed);
+    if (rc == Z_OK && produced == qsizetype(claimed)) {
+        // Nothing may follow the claimed bytes.
+        unsigned char extra = 0;
+        zs.next_out = &extra;
+        zs.avail_out = 1;
+        rc = inflate(&zs, Z_FINISH);
+        ok = rc == Z_STREAM_END && zs.avail_out == 1;
+    }
+    inflateEnd(&zs);
+    if (!ok) {
         if (error) {
             *error = QStringLiteral("the stored value is damaged (cannot decompress it)");
         }

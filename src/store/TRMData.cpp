@@ -120,7 +120,7 @@ void TRMData::DBCreate(const QString& fileName)
         rootData.data = 0;
         OutlineNode* root = m_outline.createRoot(rootData);
         m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, {}, {}, 0);
-        SaveTree(); // a tree of only the root is not written
+        SaveTree();
         for (const QString& caption :
              {QStringLiteral("First document"), QStringLiteral("Second document")}) {
             OutlineNodeData page;
@@ -413,7 +413,9 @@ OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, boo
 
 void TRMData::SaveTree()
 {
-    if (!usable() || m_outline.count() <= 1) {
+    // An outline reduced to the project node is written too: the stored outline is always
+    // the one on screen.
+    if (!usable() || m_outline.count() < 1) {
         return;
     }
     m_outline.setData(m_outline.root(), m_outline.selectedIndex());

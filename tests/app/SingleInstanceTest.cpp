@@ -15,6 +15,7 @@ class SingleInstanceTest : public QObject
     Q_OBJECT
 private slots:
     void secondStartHandsItsFileOver();
+    void handlerRunningItsOwnLoopSurvivesTheNextStart();
 };
 
 void SingleInstanceTest::secondStartHandsItsFileOver()
@@ -34,6 +35,32 @@ void SingleInstanceTest::secondStartHandsItsFileOver()
     starter.join();
     QCOMPARE(handed.load(), 1);
     QCOMPARE(received.at(0).at(0).toStringList(), QStringList({"/reports/Study.kst"}));
+}
+
+void SingleInstanceTest::handlerRunningItsOwnLoopSurvivesTheNextStart()
+{
+    // The window answers a hand-over with a message box (a nested event loop) in which the
+    // second start has already disconnected; then a third start hands over again.
+    const QString key = QStringLiteral("KestrumNest-%1").arg(QCoreApplication::applicationPid());
+    SingleInstance first(key);
+    QVERIFY(first.claim());
+    QStringList opened;
+    connect(&first, &SingleInstance::filesReceived, this, [&](const QStringList& files) {
+        opened << files;
+        QEventLoop messageBox;
+        QTimer::singleShot(300, &messageBox, &QEventLoop::quit);
+        messageBox.exec();
+    });
+    for (const QString& file : {QStringLiteral("/r/empty.kst"), QStringLiteral("/r/b.kst")}) {
+        SingleInstance next(key);
+        std::atomic<int> handed{-1};
+        std::thread starter([&] { handed = next.handOver({file}) ? 1 : 0; });
+        QTRY_VERIFY_WITH_TIMEOUT(handed.load() != -1, 5000);
+        starter.join();
+        QCOMPARE(handed.load(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(opened.contains(file), 5000);
+    }
+    QCOMPARE(opened, QStringList({"/r/empty.kst", "/r/b.kst"}));
 }
 
 QTEST_GUILESS_MAIN(SingleInstanceTest)

@@ -87,6 +87,14 @@ void ColumnCodecTest::refusesDamage_data()
     QTest::newRow("length disagrees") << wrongLength;
     QTest::newRow("length beyond the limit") << hugeClaim;
     QTest::newRow("length beyond what 10 bytes can expand to") << implausible;
+    // A bomb whose header lies: 64 MB of zeros claiming 100 bytes. It must be refused after
+    // inflating no more than the claim (the whole stream would be 64 MB, or far more).
+    QByteArray bomb = ColumnCodec::compress(QByteArray(64 << 20, '\0'), 9);
+    qToBigEndian<quint32>(100, bomb.data());
+    QByteArray shortStream = ColumnCodec::compress(QByteArray("ten bytes!"), 9);
+    qToBigEndian<quint32>(20, shortStream.data());
+    QTest::newRow("stream longer than its header") << bomb;
+    QTest::newRow("stream shorter than its header") << shortStream;
     QTest::newRow("not zlib at all") << QByteArray("\0\0\0\x10plain text here!", 20);
 }
 

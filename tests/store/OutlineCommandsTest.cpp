@@ -24,6 +24,7 @@ private slots:
     void newFolderHasNoRecord();
     void deleteWalksFromTheEndBackToTheSelectedNode();
     void deletingAFolderDeletesNoRecord();
+    void outlineReducedToTheProjectIsStored();
     void failedDeleteLeavesEverything();
     void renameKeepsThePageTitle();
     void colourMarks_data();
@@ -195,6 +196,17 @@ void OutlineCommandsTest::deleteWalksFromTheEndBackToTheSelectedNode()
     QCOMPARE(data.currentNodeIndex(), -1);
     QVERIFY(data.isModified());
     QCOMPARE(storedShape(), shape());
+}
+
+void OutlineCommandsTest::outlineReducedToTheProjectIsStored()
+{
+    TRMData& data = m_store->data;
+    m_commands->deleteItem(data.outline().root()->childAt(0)); // the walk takes every node
+    QCOMPARE(shape(), QStringList({"Project name"}));
+    QCOMPARE(storedShape(), shape());
+    data.CloseFile();
+    data.DBOpen(path(QStringLiteral("outline.kst")));
+    QCOMPARE(shape(), QStringList({"Project name"}));
 }
 
 void OutlineCommandsTest::deletingAFolderDeletesNoRecord()
