@@ -60,17 +60,35 @@ int runOutline(ArgList& args, CliIo& io)
         }
     };
 
+    // Everything that can be refused without the project is refused before it is opened.
+    static const QStringList kOps{"new",     "delete", "rename", "colour", "color", "up",
+                                  "down",    "promote", "demote", "drop"};
+    if (!kOps.contains(op)) {
+        throw CliError{kExitUsage, QStringLiteral("unknown outline command \"%1\"").arg(op)};
+    }
+    std::optional<common::TColor> colour;
+    if (op == QLatin1String("colour") || op == QLatin1String("color")) {
+        needArgs(1);
+        colour = parseColour(rest[0]);
+    }
+
     ProjectSession session(&io);
     store::TRMData& data = session.open(pos[0]);
     store::OutlineModel& outline = data.outline();
+    // A refused command leaves the file as it was: not even the selection is written.
+    auto restoreAndThrow = [&](CliError error) {
+        data.closeUnchanged();
+        throw error;
+    };
     OutlineNode* node = outline.nodeAt(index);
     if (!node) {
-        throw CliError{kExitBadInput, QStringLiteral("the outline has no node %1").arg(index)};
+        restoreAndThrow({kExitBadInput, QStringLiteral("the outline has no node %1").arg(index)});
     }
     outline.setSelected(node);
     store::OutlineCommands commands(data);
     auto refuse = [&](const QString& why) {
-        throw CliError{kExitBadInput, QStringLiteral("cannot %1 node %2: %3").arg(op).arg(index).arg(why)};
+        restoreAndThrow(
+            {kExitBadInput, QStringLiteral("cannot %1 node %2: %3").arg(op).arg(index).arg(why)});
     };
 
     if (op == QLatin1String("new")) {
@@ -88,8 +106,7 @@ int runOutline(ArgList& args, CliIo& io)
         needArgs(1);
         commands.rename(node, rest[0]);
     } else if (op == QLatin1String("colour") || op == QLatin1String("color")) {
-        needArgs(1);
-        commands.setColour(node, parseColour(rest[0]));
+        commands.setColour(node, colour);
     } else if (op == QLatin1String("up")) {
         needArgs(0);
         if (!commands.moveUp(node)) {
@@ -114,13 +131,12 @@ int runOutline(ArgList& args, CliIo& io)
         needArgs(1);
         OutlineNode* target = outline.nodeAt(ArgList::toInt(rest[0], QStringLiteral("TARGET")));
         if (!target) {
-            throw CliError{kExitBadInput, QStringLiteral("the outline has no node %1").arg(rest[0])};
+            restoreAndThrow(
+                {kExitBadInput, QStringLiteral("the outline has no node %1").arg(rest[0])});
         }
         if (!commands.drop(node, target, ctrl)) {
             refuse(QStringLiteral("it cannot be dropped on node %1").arg(rest[0]));
         }
-    } else {
-        throw CliError{kExitUsage, QStringLiteral("unknown outline command \"%1\"").arg(op)};
     }
     data.CloseFile();
     return kExitOk;

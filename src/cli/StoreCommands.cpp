@@ -14,6 +14,7 @@
 #include "store/TRMData.h"
 
 #include <QFile>
+#include <QSaveFile>
 #include <QFileInfo>
 
 #include <cstdio>
@@ -81,7 +82,7 @@ int runPages(ArgList& args, CliIo& io)
     store::ProjectReader project(pos[0]);
     for (const store::PageSummary& page : project.table().summaries()) {
         const QDateTime when = common::fromDayCount(page.date);
-        io.out << page.pageId << '\t' << page.type << '\t'
+        io.out << page.storedId << '\t' << page.type << '\t'
                << (when.isValid() ? when.toString(Qt::ISODate) : QStringLiteral("invalid")) << '\t'
                << (page.infoDamaged ? QStringLiteral("(damaged)") : common::escapeTabs(page.info))
                << '\n';
@@ -195,14 +196,16 @@ int runPut(ArgList& args, CliIo& io)
     const qint32 id = table.insert(common::currentDayCount(), *info, *type, content, comment);
     db.close();
     if (handOff) {
-        QFile file(handOffPath);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        // Written under a temporary name and renamed into place: an intake never reads it
+        // half written.
+        QSaveFile file(handOffPath);
+        if (file.open(QIODevice::WriteOnly) && folder) {
+            file.write(folder->toUtf8() + "\r\n");
+        }
+        if (!file.commit()) {
             throw CliError{
                 kExitBadInput,
                 QStringLiteral("Cannot write \"%1\": %2").arg(handOffPath, file.errorString())};
-        }
-        if (folder) {
-            file.write(folder->toUtf8() + "\r\n");
         }
     }
     io.out << id << '\n';

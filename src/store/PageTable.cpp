@@ -254,7 +254,10 @@ std::vector<PageSummary> PageTable::summaries() const
         m_db, "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
     while (st.step()) {
         PageSummary s;
-        s.pageId = qint32(st.columnInt(0));
+        s.storedId = st.columnInt(0);
+        s.idOutOfRange = s.storedId < std::numeric_limits<qint32>::min() ||
+                         s.storedId > std::numeric_limits<qint32>::max();
+        s.pageId = s.idOutOfRange ? -1 : qint32(s.storedId);
         s.type = qint32(st.columnInt(1));
         s.date = st.columnDouble(2);
         const auto [stored, isText] = storedColumn(st, 3);

@@ -47,7 +47,10 @@ struct StoredPage
 
 struct PageSummary
 {
-    qint32 pageId = 0;
+    // The id as stored; ids outside 32 bits (which a host may write) are reported, not cut.
+    qint64 storedId = 0;
+    bool idOutOfRange = false;
+    qint32 pageId = 0; // -1 when the id is out of range
     qint32 type = 0;
     double date = 0;
     QString info;

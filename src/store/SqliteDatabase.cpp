@@ -3,6 +3,7 @@
 #include "StoreError.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -148,6 +149,25 @@ SqliteDatabase::~SqliteDatabase()
     close();
 }
 
+void SqliteDatabase::rollBackInterruptedWrite(const QString& path)
+{
+    // A write cut short (a crash, a killed process) leaves a journal beside the file that only a
+    // connection allowed to write can roll back; reading through a read-only one would fail.
+    const QFileInfo journal(path + QStringLiteral("-journal"));
+    if (!journal.exists() || journal.size() == 0) {
+        return;
+    }
+    if (!QFileInfo(path).isWritable() || !QFileInfo(journal.absolutePath()).isWritable()) {
+        throw StoreError(QStringLiteral("\"%1\" was not closed properly and cannot be repaired "
+                                        "here (the file or its folder is read-only): open it "
+                                        "once where it can be written")
+                             .arg(path));
+    }
+    SqliteDatabase repair;
+    repair.open(path, OpenMode::ReadWrite);
+    repair.exec("SELECT count(*) FROM sqlite_schema"); // the first read rolls the journal back
+}
+
 void SqliteDatabase::open(const QString& path, OpenMode mode)
 {
     close();
@@ -165,6 +185,9 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
     }
     if (mode != OpenMode::ReadWriteCreate && !QFile::exists(path)) {
         throw StoreError(QStringLiteral("Cannot open \"%1\": the file does not exist").arg(path));
+    }
+    if (mode == OpenMode::ReadOnly) {
+        rollBackInterruptedWrite(path);
     }
     sqlite3* db = nullptr;
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);

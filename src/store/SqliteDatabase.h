@@ -96,7 +96,9 @@ public:
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
+    // Opens the file; a read-only open first rolls back a write that was cut short.
     void open(const QString& path, OpenMode mode);
+    static void rollBackInterruptedWrite(const QString& path);
     void close();
     bool isOpen() const { return m_db != nullptr; }
     const QString& path() const { return m_path; }

@@ -40,15 +40,16 @@ OutlineNodeData folderNode(const QString& caption)
 
 // Opens a project file and checks it without touching the open project, so that a file that
 // cannot be used leaves everything as it was.
-std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& fileName)
+std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& fileName,
+                                               QByteArray* stored)
 {
     const std::optional<qint32> first = table.firstId();
     if (!first) {
         return {};
     }
-    const std::optional<QByteArray> stream = table.readContent(*first);
+    *stored = table.readContent(*first).value_or(QByteArray());
     QString why;
-    std::unique_ptr<OutlineNode> root = OutlineStream::read(stream.value_or(QByteArray()), &why);
+    std::unique_ptr<OutlineNode> root = OutlineStream::read(*stored, &why);
     if (!root && !why.isEmpty()) {
         throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, why));
     }
@@ -152,7 +153,8 @@ void TRMData::DBOpen(const QString& fileName)
     db->open(fileName, SqliteDatabase::OpenMode::ReadWrite);
     auto table = std::make_unique<PageTable>(*db);
     table->validate(true);
-    std::unique_ptr<OutlineNode> root = readStoredOutline(*table, fileName);
+    QByteArray storedOutline;
+    std::unique_ptr<OutlineNode> root = readStoredOutline(*table, fileName, &storedOutline);
     if (!root) {
         // A table without an outline yet (a host may create one): only the project node.
         OutlineNodeData rootData;
@@ -180,6 +182,7 @@ void TRMData::DBOpen(const QString& fileName)
     setTitleFromFile(m_publicFileName);
 
     m_outline.reset(std::move(root));
+    m_storedOutline = storedOutline;
 
     if (const QString handOff = handOffFileName(false);
         !handOff.isEmpty() && QFile::exists(handOff)) {
@@ -225,6 +228,11 @@ void TRMData::CloseFile()
     closeConnections();
 }
 
+void TRMData::closeUnchanged()
+{
+    closeConnections();
+}
+
 void TRMData::flushBeforeClose()
 {
     if (!isOpen()) {
@@ -248,6 +256,7 @@ void TRMData::closeConnections()
         m_outline.clear();
     }
     m_currentPageId = -1;
+    m_storedOutline.clear();
     m_currentNodeIndex = -1;
 }
 
@@ -422,10 +431,15 @@ void TRMData::SaveTree()
     const QByteArray stream = OutlineStream::write(m_outline.root());
     const std::optional<qint32> first = m_table->firstId();
     if (first) {
-        m_table->writeContent(*first, stream);
+        // An outline that is already stored as it is costs no write (and leaves the file as it
+        // was, for a command that was refused).
+        if (stream != m_storedOutline) {
+            m_table->writeContent(*first, stream);
+        }
     } else {
         m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, stream, {}, 0);
     }
+    m_storedOutline = stream;
     emit outlineSaved();
 }
 
@@ -650,6 +664,12 @@ void TRMData::GetNewPages()
 
     std::vector<OutlineNodeData> adopted;
     for (const PageSummary& record : m_table->summaries()) {
+        if (record.idOutOfRange) {
+            emit warning(QStringLiteral("The page with id %1 cannot be taken in: page ids above "
+                                        "2147483647 are not supported")
+                             .arg(record.storedId));
+            continue;
+        }
         if (referenced.contains(record.pageId)) {
             continue;
         }
@@ -699,9 +719,30 @@ void TRMData::GetNewPages()
             throw;
         }
     }
-    // A hand-off written again while this one was taken in stays for the next tick.
-    if (HandOffFile::stamp(handOff) == readStamp && !QFile::remove(handOff) &&
-        QFile::exists(handOff)) {
+    // A hand-off written again while this one was taken in stays for the next tick. The file
+    // is first moved aside (one atomic step), so that a host renaming a new one into place
+    // between the test and the deletion is not lost: what was moved is tested, and put back
+    // when it is not the one that was read.
+    if (HandOffFile::stamp(handOff) != readStamp) {
+        return;
+    }
+    const QString taken = handOff + QStringLiteral(".taken");
+    QFile::remove(taken); // left over from an interrupted intake
+    if (!QFile::rename(handOff, taken)) {
+        if (QFile::exists(handOff)) {
+            emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
+        }
+        return;
+    }
+    // Moving the file changed its status time only: the same inode, size and modification
+    // time say it is still the writing that was read.
+    const HandOffFile::Stamp moved = HandOffFile::stamp(taken);
+    const bool same = moved.inode == readStamp.inode && moved.size == readStamp.size &&
+                      moved.modifiedNs == readStamp.modifiedNs;
+    if (!same && !QFile::exists(handOff)) {
+        QFile::rename(taken, handOff);
+    } else if (!QFile::remove(taken)) {
+        QFile::rename(taken, handOff);
         emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
     }
 }

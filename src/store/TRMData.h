@@ -58,6 +58,9 @@ public:
     void DBCreate(const QString& fileName);
     void DBOpen(const QString& fileName);
     void CloseFile();
+    // Closes the project without writing anything, not even the selection: for a command that
+    // was refused after opening.
+    void closeUnchanged();
 
     // ---- records
     qint32 AddRecord(qint32 pageType, const QString& title, const QString& sourceFile);
@@ -175,6 +178,8 @@ private:
     int m_currentNodeIndex = -1;
     qint32 m_currentPageId = -1;
     std::optional<QByteArray> m_unsavedImport;
+    // The outline stream as the file holds it (what the last SaveTree wrote or opening read).
+    QByteArray m_storedOutline;
     std::function<double()> m_clock;
 };
 

@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 class CliTest : public QObject
 {
     Q_OBJECT
@@ -19,6 +21,10 @@ private slots:
     void badInputExitsWithOneAndNamesTheFile_data();
     void badInputExitsWithOneAndNamesTheFile();
     void demoReportHasFoldersPagesAndMarks();
+    void refusedOutlineCommandsChangeNothing_data();
+    void refusedOutlineCommandsChangeNothing();
+    void outlineReducedToTheProjectIsWhatTreeLists();
+    void handOffIsRenamedIntoPlaceNotRewritten();
 
 private:
     struct Result
@@ -213,6 +219,66 @@ void CliTest::demoReportHasFoldersPagesAndMarks()
     QVERIFY(kinds.contains("11"));
     QVERIFY(kinds.contains("0"));
     QVERIFY(marked);
+}
+
+void CliTest::refusedOutlineCommandsChangeNothing_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<int>("code");
+    QTest::newRow("unknown command") << QStringList({"bogus", "2"}) << 2;
+    QTest::newRow("bad colour") << QStringList({"colour", "2", "mauve"}) << 2;
+    QTest::newRow("missing drop target") << QStringList({"drop", "2", "99"}) << 1;
+    QTest::newRow("first sibling up") << QStringList({"up", "1"}) << 1;
+    QTest::newRow("missing node") << QStringList({"rename", "42", "x"}) << 1;
+}
+
+void CliTest::refusedOutlineCommandsChangeNothing()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, code);
+    QCOMPARE(run({"new", "q.kst"}).code, 0);
+    QFile file(path(QStringLiteral("q.kst")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+    const Result r = run(QStringList({"outline", "q.kst"}) + args);
+    QCOMPARE(r.code, code);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), before);
+}
+
+void CliTest::outlineReducedToTheProjectIsWhatTreeLists()
+{
+    QCOMPARE(run({"new", "q.kst"}).code, 0);
+    QCOMPARE(run({"outline", "q.kst", "delete", "1"}).code, 0);
+    QCOMPARE(run({"tree", "q.kst"}).out, QByteArray("0\t0\t10\t0\tProject name\n"));
+}
+
+void CliTest::handOffIsRenamedIntoPlaceNotRewritten()
+{
+    // An intake reading the hand-off file while the host writes it must see the old file or the
+    // new one, never a truncated one: each writing is a new file moved into place.
+    QCOMPARE(run({"new", "Study.session.kst"}).code, 0);
+    const QString handOff = path(QStringLiteral("session.new"));
+    auto inode = [&] {
+        struct stat st{};
+        return ::stat(QFile::encodeName(handOff).constData(), &st) == 0 ? quint64(st.st_ino) : 0;
+    };
+    QCOMPARE(run({"put", "Study.session.kst", "--type", "0", "--info", "a\tb\tOne", "--folder",
+                  "First"})
+                 .code,
+             0);
+    const quint64 first = inode();
+    QVERIFY(first != 0);
+    QCOMPARE(run({"put", "Study.session.kst", "--type", "0", "--info", "a\tb\tTwo", "--folder",
+                  "Second"})
+                 .code,
+             0);
+    QVERIFY(inode() != first);
+    QFile file(handOff);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("Second\r\n"));
+    QVERIFY(QDir(m_dir->path()).entryList({QStringLiteral("*.new.*")}, QDir::Files).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(CliTest)

@@ -33,6 +33,7 @@ private slots:
     void openingTakesInAndSelectsAfterTheFirstAdopted();
     void timerTestLowerCasesTheSupName();
     void unusualRecordsAreAdoptedSafely();
+    void idsBeyond32BitsAreRefusedWithAMessage();
     void undeletableHandOffFileIsReported();
     void failedOutlineWriteUndoesTheAdoption();
     void hostAppendsWhileThePollRuns();
@@ -270,6 +271,26 @@ void HandOffIntakeTest::unusualRecordsAreAdoptedSafely()
     data.CloseFile();
     ProjectReader reader(file);
     QCOMPARE(reader.outline()->childAt(2)->childCount(), 3);
+}
+
+void HandOffIntakeTest::idsBeyond32BitsAreRefusedWithAMessage()
+{
+    const QString file = openSession();
+    TRMData& data = m_store->data;
+    HostConnection host(file);
+    // 2^32 + 1 would read as page 1 if it were cut to 32 bits.
+    host.table->insert(kFixedNow, QStringLiteral("a\tb\tOrdinary"), 0, {}, {});
+    host.db.exec("INSERT INTO OUTPUT (PageId, PageType, PageInfo) VALUES (4294967297, 0, NULL)");
+    handOff();
+    QSignalSpy warnings(&data, &TRMData::warning);
+    data.pollHandOff();
+    QCOMPARE(warnings.count(), 1);
+    QVERIFY(warnings.at(0).at(0).toString().contains(QLatin1String("4294967297")));
+    // The ordinary record is still taken in.
+    QCOMPARE(outlineLines().last(), QStringLiteral("..Ordinary [0:3]"));
+    const auto summaries = data.table()->summaries();
+    QCOMPARE(summaries.at(4).storedId, Q_INT64_C(4294967297));
+    QVERIFY(summaries.at(4).idOutOfRange);
 }
 
 void HandOffIntakeTest::undeletableHandOffFileIsReported()

@@ -55,6 +55,7 @@ private slots:
     void damagedFilesAreRefused_data();
     void damagedFilesAreRefused();
     void damagedPageLeavesOtherPagesReadable();
+    void readingAfterAnInterruptedWriteRollsItBack();
     void hostWrittenValuesAreRead();
 
 private:
@@ -693,6 +694,36 @@ void TRMDataTest::hostWrittenValuesAreRead()
     m_store->document(EditorKind::Text).setBytes("stale");
     QVERIFY(data.GetWP(3, m_store->document(EditorKind::Text)));
     QVERIFY(m_store->document(EditorKind::Text).bytes().isEmpty());
+}
+
+void TRMDataTest::readingAfterAnInterruptedWriteRollsItBack()
+{
+    const QString file = path(QStringLiteral("crashed.kst"));
+    TRMData& data = m_store->data;
+    data.DBCreate(file);
+    data.CloseFile();
+    const QByteArray outline = *ProjectReader(file).table().readContent(0);
+    // A writer that dies mid-transaction: its changes spill into the file, its journal stays.
+    const QString copy = path(QStringLiteral("copy.kst"));
+    {
+        sqlite3* db = nullptr;
+        QCOMPARE(sqlite3_open(QFile::encodeName(file).constData(), &db), SQLITE_OK);
+        QCOMPARE(sqlite3_exec(db, "PRAGMA cache_size=1; BEGIN; UPDATE OUTPUT SET PageContent = "
+                                  "zeroblob(300000), PageInfo = 'torn'",
+                              nullptr, nullptr, nullptr),
+                 SQLITE_OK);
+        QVERIFY(QFileInfo(file + QStringLiteral("-journal")).size() > 0);
+        QVERIFY(QFile::copy(file, copy));
+        QVERIFY(QFile::copy(file + QStringLiteral("-journal"), copy + QStringLiteral("-journal")));
+        sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_close(db);
+    }
+    // Read-only readers (tree, pages, cat) see the file as it was before the torn write.
+    ProjectReader reader(copy);
+    QCOMPARE(*reader.table().readContent(0), outline);
+    QCOMPARE(reader.table().readInfo(1).value_or(QString()), QStringLiteral("First document"));
+    QVERIFY(!QFileInfo::exists(copy + QStringLiteral("-journal")) ||
+            QFileInfo(copy + QStringLiteral("-journal")).size() == 0);
 }
 
 QTEST_GUILESS_MAIN(TRMDataTest)
