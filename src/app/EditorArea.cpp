@@ -25,6 +25,14 @@ EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& 
     m_layout = new QVBoxLayout(&m_container);
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
+    // The kinds' toolbars head the editor's side of the window, one at a time, so that the
+    // outline never moves when a page of another kind is shown.
+    m_toolBarArea = new QWidget(&m_container);
+    m_toolBarArea->setObjectName(QStringLiteral("EditorToolBars"));
+    auto* bars = new QVBoxLayout(m_toolBarArea);
+    bars->setContentsMargins(0, 0, 0, 0);
+    bars->setSpacing(0);
+    m_layout->addWidget(m_toolBarArea);
     m_overview = new OverviewPanel(&m_container);
     m_layout->addWidget(m_overview);
     QAction* insertMenusBefore = nullptr;
@@ -35,11 +43,11 @@ EditorArea::EditorArea(QMainWindow& window, QWidget& container, store::TRMData& 
     }
     for (const DesktopPageKind& ui : m_kinds) {
         if (ui.toolBar) {
-            auto* bar = new QToolBar(QString::fromLatin1(ui.toolBar).chopped(3), &m_window);
+            auto* bar = new QToolBar(QString::fromLatin1(ui.toolBar).chopped(3), m_toolBarArea);
             bar->setObjectName(QLatin1String(ui.toolBar));
             bar->setIconSize(QSize(20, 20));
             bar->setVisible(false);
-            m_window.addToolBar(Qt::TopToolBarArea, bar);
+            bars->addWidget(bar);
             m_toolBars[std::size_t(ui.kind)] = bar;
         }
         if (ui.menu) {

@@ -72,6 +72,7 @@ private:
     QMainWindow& m_window;
     QWidget& m_container;
     QVBoxLayout* m_layout = nullptr;
+    QWidget* m_toolBarArea = nullptr;
     OverviewPanel* m_overview = nullptr;
     store::TRMData& m_data;
     const DesktopPageKind* desktopKind(store::EditorKind kind) const;

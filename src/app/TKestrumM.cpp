@@ -267,6 +267,9 @@ void TKestrumM::buildMenusAndToolBars()
     QAction* nodeRename = makeAction(QStringLiteral("NodeRename"), QStringLiteral("Rename..."),
                                      "rename", &TKestrumM::NodeRenameClick);
     nodeRename->setShortcut(QKeySequence(Qt::Key_F2));
+    // F2 renames while the outline has the focus; in a page editor the editor's F2 wins.
+    nodeRename->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_tree->addAction(nodeRename);
     auto* colourMenu = new QMenu(QStringLiteral("Change color"), this);
     colourMenu->setObjectName(QStringLiteral("ChangeColor1"));
     colourMenu->setIcon(Icons::command("colour"));

@@ -23,6 +23,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QtTest>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 
 using namespace kestrum;
 using store::OutlineNode;
@@ -36,6 +38,8 @@ private slots:
     void showingEveryPageChangesNothing();
     void textEditIsStoredWhenLeaving();
     void gridEditIsStoredWhenLeaving();
+    void f2InATableCellEditsTheCell();
+    void outlineStaysPutWhateverPageIsShown();
 
 private:
     void select(const OutlineNode* node);
@@ -149,6 +153,47 @@ void EditorsInWindowTest::gridEditIsStoredWhenLeaving()
     select(firstOfKind(store::PageType::Text));
     select(page);
     QCOMPARE(editor->gridDocument().grid().text(1, 1), QStringLiteral("42"));
+}
+
+void EditorsInWindowTest::f2InATableCellEditsTheCell()
+{
+    OutlineNode* page = firstOfKind(store::PageType::Grid);
+    select(page);
+    auto* editor =
+        qobject_cast<grid::TRMGridEditor*>(m_window->editors().panel(store::EditorKind::Grid));
+    QAbstractItemView* view = editor->findChild<QAbstractItemView*>();
+    QVERIFY(view);
+    view->setFocus();
+    view->setCurrentIndex(view->model()->index(1, 1));
+    const QString caption = page->caption();
+    QTest::keyClick(view, Qt::Key_F2);
+    // The cell is being edited; the page was not renamed (no title box was asked for).
+    QVERIFY(view->indexWidget(view->currentIndex()) ||
+            qobject_cast<QLineEdit*>(QApplication::focusWidget()) ||
+            qobject_cast<QPlainTextEdit*>(QApplication::focusWidget()));
+    for (const auto& shown : m_dialogs->shown()) {
+        QVERIFY2(shown.kind != QLatin1String("text"), qPrintable(shown.text));
+    }
+    QCOMPARE(page->caption(), caption);
+    // In the outline, F2 still renames.
+    m_window->outlineView()->setFocus();
+    m_dialogs->answerText(std::nullopt);
+    QTest::keyClick(m_window->outlineView(), Qt::Key_F2);
+    QVERIFY(m_dialogs->scriptUsedUp());
+}
+
+void EditorsInWindowTest::outlineStaysPutWhateverPageIsShown()
+{
+    QWidget* tree = m_window->outlineView();
+    select(firstOfKind(store::PageType::Grid)); // a kind with a toolbar
+    QCoreApplication::processEvents();
+    const QPoint withBar = tree->mapTo(m_window.get(), QPoint(0, 0));
+    select(firstOfKind(store::PageType::Folder)); // no toolbar
+    QCoreApplication::processEvents();
+    QCOMPARE(tree->mapTo(m_window.get(), QPoint(0, 0)), withBar);
+    select(firstOfKind(store::PageType::Text));
+    QCoreApplication::processEvents();
+    QCOMPARE(tree->mapTo(m_window.get(), QPoint(0, 0)), withBar);
 }
 
 QTEST_MAIN(EditorsInWindowTest)
