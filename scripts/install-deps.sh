@@ -17,6 +17,9 @@ packages=(
   fontconfig fonts-liberation fonts-dejavu-core
   # running the GUI without a display, and looking at it
   xvfb xauth imagemagick
+  # headless Writer and Calc: the tests open exported files in them (the app only looks for
+  # them at run time, to convert Word files)
+  libreoffice-writer-nogui libreoffice-calc-nogui
 )
 
 missing=()

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Builds Kestrum and runs every test (headless); then builds the core with the address and
-# undefined-behaviour sanitizers and runs the core tests again. Exits non-zero when any fails.
+# Checks the sources' formatting, builds Kestrum and runs every test (headless); then builds the
+# core with the address and undefined-behaviour sanitizers and runs the core tests again (the
+# fuzz targets' corpus replays among them). Exits non-zero when any fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+./scripts/install-deps.sh
+./scripts/check-format.sh
 ./scripts/build.sh
 (cd build && ctest --output-on-failure -j2)
 

@@ -1,7 +1,8 @@
 // kestrum-cli as host scripts use it: the real executable on real files, its output lines and
 // its exit codes.
 
-#include <QProcess>
+#include "CliRunner.h"
+
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -27,13 +28,12 @@ private slots:
     void handOffIsRenamedIntoPlaceNotRewritten();
 
 private:
-    struct Result
+    using Result = kestrum::test::CliRunner::Result;
+    // Runs in the test's own folder.
+    Result run(const QStringList& args) const
     {
-        int code;
-        QByteArray out;
-        QString err;
-    };
-    Result run(const QStringList& args);
+        return kestrum::test::CliRunner(m_dir->path()).run(args);
+    }
     QString path(const QString& name) const { return m_dir->filePath(name); }
     std::unique_ptr<QTemporaryDir> m_dir;
 };
@@ -41,18 +41,6 @@ private:
 void CliTest::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
-}
-
-CliTest::Result CliTest::run(const QStringList& args)
-{
-    QProcess process;
-    process.setWorkingDirectory(m_dir->path());
-    process.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    if (!process.waitForFinished(60000)) {
-        return {-1, {}, QStringLiteral("timed out")};
-    }
-    return {process.exitCode(), process.readAllStandardOutput(),
-            QString::fromUtf8(process.readAllStandardError())};
 }
 
 void CliTest::usageErrorsExitWithTwo_data()

@@ -1,6 +1,6 @@
 // libFuzzer target for the readers of grid content from outside: the grid stream (page
-// content), the .WGF file and delimited-text import. Built by build-grid-fuzz.sh with clang;
-// not part of the main build.
+// content), the .WGF file and delimited-text import. Built as a libFuzzer target with clang
+// (KESTRUM_FUZZ), and as a replay program that runs the stored corpus in every build.
 
 #include "editors/grid/DelimitedTextReader.h"
 #include "editors/grid/GridDocument.h"

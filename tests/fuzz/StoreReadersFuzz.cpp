@@ -1,6 +1,7 @@
 // libFuzzer target for the store's readers of outside bytes: the outline stream, compressed
-// page columns, and whole project files. Built by build-store-fuzz.sh with clang; not part of
-// the main build. The first byte chooses the reader.
+// page columns, and whole project files. Built as a libFuzzer target with clang (KESTRUM_FUZZ),
+// and as a replay program that runs the stored corpus in every build. The first byte chooses
+// the reader.
 
 #include "store/ColumnCodec.h"
 #include "store/OutlineStream.h"

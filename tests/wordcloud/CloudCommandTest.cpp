@@ -1,31 +1,20 @@
 // kestrum-cli cloud: laying out a word list into a picture or a document, and rendering a
 // stored document again.
 
+#include "CliRunner.h"
+
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
+using kestrum::test::CliRunner;
+using Run = CliRunner::Result;
 
 Run cli(const QStringList& args)
 {
-    QProcess process;
-    process.start(qEnvironmentVariable("KESTRUM_CLI"), QStringList{QStringLiteral("cloud")} + args);
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-    }
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return CliRunner().run(QStringList{QStringLiteral("cloud")} + args);
 }
 
 QByteArray readAll(const QString& file)
@@ -61,7 +50,7 @@ private:
 
 void CloudCommandTest::initTestCase()
 {
-    QVERIFY(QFileInfo(qEnvironmentVariable("KESTRUM_CLI")).isExecutable());
+    QVERIFY(QFileInfo(CliRunner::program()).isExecutable());
     QVERIFY(m_dir.isValid());
     m_words = path(QStringLiteral("words.tsv"));
     QFile f(m_words);
@@ -93,17 +82,17 @@ void CloudCommandTest::writesEachFormat()
     QFETCH(QByteArray, magic);
     const Run run = cli({m_words, QStringLiteral("--out"), path(name), QStringLiteral("--seed"),
                          QStringLiteral("3")});
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.code, 0);
     QVERIFY2(run.err.isEmpty(), qPrintable(run.err));
     // words, placed, final coverage, layout milliseconds
-    const QStringList fields = run.out.trimmed().split(QLatin1Char('\t'));
+    const QStringList fields = run.text().trimmed().split(QLatin1Char('\t'));
     QCOMPARE(fields.size(), 4);
     QCOMPARE(fields[0], QStringLiteral("20"));
     QCOMPARE(fields[1], QStringLiteral("20"));
     QCOMPARE(fields[2], QStringLiteral("0.6"));
     bool ok = false;
     QVERIFY(fields[3].toDouble(&ok) >= 0 && ok);
-    QVERIFY(run.out.endsWith(QLatin1Char('\n')) && run.out.count(QLatin1Char('\n')) == 1);
+    QVERIFY(run.text().endsWith(QLatin1Char('\n')) && run.text().count(QLatin1Char('\n')) == 1);
     const QByteArray bytes = readAll(path(name));
     QVERIFY(bytes.startsWith(magic));
     if (!name.endsWith(QLatin1String("xml"))) {
@@ -117,19 +106,15 @@ void CloudCommandTest::seedMakesItReproducible()
 {
     const QStringList common{m_words, QStringLiteral("--random"), QStringLiteral("--seed"),
                              QStringLiteral("12")};
-    QCOMPARE(
-        cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("a.png"))}).exitCode,
-        0);
-    QCOMPARE(
-        cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("b.png"))}).exitCode,
-        0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("a.png"))}).code,
+             0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("b.png"))}).code,
+             0);
     QCOMPARE(readAll(path(QStringLiteral("a.png"))), readAll(path(QStringLiteral("b.png"))));
-    QCOMPARE(
-        cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("a.xml"))}).exitCode,
-        0);
-    QCOMPARE(
-        cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("b.xml"))}).exitCode,
-        0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("a.xml"))}).code,
+             0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), path(QStringLiteral("b.xml"))}).code,
+             0);
     QCOMPARE(readAll(path(QStringLiteral("a.xml"))), readAll(path(QStringLiteral("b.xml"))));
 }
 
@@ -142,8 +127,8 @@ void CloudCommandTest::optionsTakeEffect()
              QStringLiteral("--shape"), QStringLiteral("ellipse"), QStringLiteral("--gradient"),
              QStringLiteral("#00ff00,,clRed"), QStringLiteral("--font"),
              QStringLiteral("DejaVu Serif"), QStringLiteral("--seed"), QStringLiteral("1")});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out.split(QLatin1Char('\t')).value(2), QStringLiteral("0.35"));
+    QCOMPARE(run.code, 0);
+    QCOMPARE(run.text().split(QLatin1Char('\t')).value(2), QStringLiteral("0.35"));
     const QByteArray doc = readAll(out);
     QVERIFY(doc.contains("<Coverage>0.35</Coverage>"));
     QVERIFY(doc.contains("<StartColor>65280</StartColor>"));
@@ -154,7 +139,7 @@ void CloudCommandTest::optionsTakeEffect()
 
     const Run palette = cli(
         {m_words, QStringLiteral("--out"), out, QStringLiteral("--palette"), QStringLiteral("4")});
-    QCOMPARE(palette.exitCode, 0);
+    QCOMPARE(palette.code, 0);
     QVERIFY(readAll(out).contains("<Palette>4</Palette>"));
 }
 
@@ -164,21 +149,21 @@ void CloudCommandTest::storedDocumentRendersWithoutLayout()
     const QString direct = path(QStringLiteral("direct.png"));
     const QStringList common{m_words, QStringLiteral("--seed"), QStringLiteral("8"),
                              QStringLiteral("--size"), QStringLiteral("640x480")};
-    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), doc}).exitCode, 0);
-    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), direct}).exitCode, 0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), doc}).code, 0);
+    QCOMPARE(cli(common + QStringList{QStringLiteral("--out"), direct}).code, 0);
 
     // At the stored size: the very same picture.
     const QString again = path(QStringLiteral("again.png"));
     const Run run = cli({QStringLiteral("--doc"), doc, QStringLiteral("--out"), again});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, QStringLiteral("20\t20\t0.6\t0.0\n"));
+    QCOMPARE(run.code, 0);
+    QCOMPARE(run.text(), QStringLiteral("20\t20\t0.6\t0.0\n"));
     QCOMPARE(QImage(again), QImage(direct));
 
     // At another size: fitted into it.
     const QString small = path(QStringLiteral("small.png"));
     QCOMPARE(cli({QStringLiteral("--doc"), doc, QStringLiteral("--out"), small,
                   QStringLiteral("--size"), QStringLiteral("320x240")})
-                 .exitCode,
+                 .code,
              0);
     QCOMPARE(QImage(small).size(), QSize(320, 240));
 }
@@ -193,9 +178,9 @@ void CloudCommandTest::badWordsAreReportedAndLeftOut()
     f.close();
     const Run run = cli({list, QStringLiteral("--out"), path(QStringLiteral("bad.png")),
                          QStringLiteral("--seed"), QStringLiteral("2")});
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.code, 0);
     // Two "team", the long word and the Cyrillic one are laid out.
-    QCOMPARE(run.out.split(QLatin1Char('\t')).value(0), QStringLiteral("4"));
+    QCOMPARE(run.text().split(QLatin1Char('\t')).value(0), QStringLiteral("4"));
     QVERIFY(run.err.contains(QStringLiteral("line 2: empty word")));
     QVERIFY(run.err.contains(QStringLiteral("line 3: weight 0 is below 1")));
     QVERIFY(run.err.contains(QStringLiteral("line 4: weight -3 is below 1")));
@@ -238,9 +223,9 @@ void CloudCommandTest::usageErrors()
     QFETCH(QStringList, args);
     QFETCH(QString, message);
     const Run run = cli(args);
-    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.code, 2);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    QVERIFY(run.out.isEmpty());
+    QVERIFY(run.text().isEmpty());
 }
 
 void CloudCommandTest::badInput_data()
@@ -270,12 +255,12 @@ void CloudCommandTest::badInput()
     const QString out = path(QStringLiteral("never.png"));
     const Run run = asDocument ? cli({QStringLiteral("--doc"), input, QStringLiteral("--out"), out})
                                : cli({input, QStringLiteral("--out"), out});
-    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.code, 1);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
     QVERIFY(!QFile::exists(out));
 
     const Run missing = cli({path(QStringLiteral("missing.tsv")), QStringLiteral("--out"), out});
-    QCOMPARE(missing.exitCode, 1);
+    QCOMPARE(missing.code, 1);
     QVERIFY(missing.err.contains(QStringLiteral("cannot open")));
 }
 

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QHash>
+#include <QPointer>
 #include <QString>
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
@@ -142,7 +143,8 @@ private:
     bool m_blockHasContent = false;
     bool m_lastWasParagraphEnd = false;
     bool m_pendingPageBreak = false;
-    QHash<QString, QTextList*> m_lists;
+    // The document deletes a list once its last paragraph has gone (e.g. joined into another).
+    QHash<QString, QPointer<QTextList>> m_lists;
     QString m_previousListKey;
 
     bool m_inTable = false;

@@ -1,27 +1,20 @@
 // kestrum-cli export-page on grid pages: every format by extension, and the failures.
 
+#include "CliRunner.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
+using kestrum::test::CliRunner;
+using Run = CliRunner::Result;
 
 Run cli(const QStringList& args)
 {
-    QProcess p;
-    p.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
+    return CliRunner().run(args);
 }
 
 QByteArray readFile(const QString& path)
@@ -44,12 +37,12 @@ private:
 private slots:
     void initTestCase()
     {
-        QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
+        QVERIFY(!CliRunner::program().isEmpty());
         m_project = m_dir.filePath(QStringLiteral("demo.kst"));
         QCOMPARE(cli({QStringLiteral("demo"), m_project}).code, 0);
         const Run pages = cli({QStringLiteral("pages"), m_project});
         QCOMPARE(pages.code, 0);
-        for (const QString& line : pages.out.split(QLatin1Char('\n'))) {
+        for (const QString& line : pages.text().split(QLatin1Char('\n'))) {
             const QStringList fields = line.split(QLatin1Char('\t'));
             if (fields.size() >= 4 && fields[1] == QLatin1String("1") &&
                 fields[3].contains(QLatin1String("Code frequencies by organisation"))) {
@@ -107,7 +100,7 @@ private slots:
                              QStringLiteral("Broken"), QStringLiteral("--content"), bad});
         QCOMPARE(put.code, 0);
         const QString out = m_dir.filePath(QStringLiteral("broken.csv"));
-        const Run run = cli({QStringLiteral("export-page"), m_project, put.out.trimmed(), out});
+        const Run run = cli({QStringLiteral("export-page"), m_project, put.text().trimmed(), out});
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(QLatin1String("damaged grid stream")), qPrintable(run.err));
         QVERIFY(!QFile::exists(out));
@@ -125,12 +118,12 @@ private slots:
         const Run add = cli({QStringLiteral("add"), m_project, csv});
         QVERIFY2(add.code == 0, qPrintable(add.err));
         const Run pages = cli({QStringLiteral("pages"), m_project});
-        const QString last = pages.out.trimmed().split(QLatin1Char('\n')).last();
+        const QString last = pages.text().trimmed().split(QLatin1Char('\n')).last();
         QVERIFY(last.contains(QLatin1String("\t1\t")));
         QVERIFY(last.endsWith(QLatin1String("survey")));
         const QString out = m_dir.filePath(QStringLiteral("back.csv"));
-        const Run run = cli({QStringLiteral("export-page"), m_project,
-                             last.section(QLatin1Char('\t'), 0, 0), out});
+        const Run run = cli(
+            {QStringLiteral("export-page"), m_project, last.section(QLatin1Char('\t'), 0, 0), out});
         QVERIFY2(run.code == 0, qPrintable(run.err));
         QFile back(out);
         QVERIFY(back.open(QIODevice::ReadOnly));

@@ -1,28 +1,20 @@
 // kestrum-cli with text pages: files added as pages are stored as RTF, and export-page writes
 // them as RTF, HTML, plain text and OpenDocument text.
 
+#include "CliRunner.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 
-struct Run
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
+using kestrum::test::CliRunner;
+using Run = CliRunner::Result;
 
 Run cli(const QStringList& args, const QString& folder)
 {
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    process.waitForFinished(60000);
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return CliRunner(folder).run(args);
 }
 
 QByteArray readFile(const QString& path)
@@ -52,7 +44,7 @@ private:
 
 void TextExportPageCliTest::initTestCase()
 {
-    QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
+    QVERIFY(!CliRunner::program().isEmpty());
     m_project = m_dir.filePath(QStringLiteral("report.kst"));
     QCOMPARE(cli({QStringLiteral("new"), m_project}, m_dir.path()).code, 0);
     QFile rtf(m_dir.filePath(QStringLiteral("Interview notes.rtf")));
@@ -73,13 +65,13 @@ void TextExportPageCliTest::initTestCase()
 void TextExportPageCliTest::addStoresRtf()
 {
     const Run pages = cli({QStringLiteral("pages"), m_project}, m_dir.path());
-    QVERIFY(pages.out.contains(QStringLiteral("3\t0\t")));
-    QVERIFY(pages.out.contains(QStringLiteral("Interview notes")));
+    QVERIFY(pages.text().contains(QStringLiteral("3\t0\t")));
+    QVERIFY(pages.text().contains(QStringLiteral("Interview notes")));
     for (const char* id : {"3", "4"}) {
         const Run content =
             cli({QStringLiteral("cat"), m_project, QLatin1String(id)}, m_dir.path());
-        QVERIFY2(content.out.startsWith(QStringLiteral("{\\rtf1")),
-                 qPrintable(content.out.left(40)));
+        QVERIFY2(content.text().startsWith(QStringLiteral("{\\rtf1")),
+                 qPrintable(content.text().left(40)));
     }
 }
 
