@@ -91,6 +91,7 @@ ui::EditorPanel* EditorArea::ensurePanel(EditorKind kind)
             panel = new PlaceholderEditor(kind, &m_container);
         }
         panel->setVisible(false);
+        panel->setReadOnly(m_readOnly); // an editor made on first use follows the project
         m_layout->addWidget(panel);
         m_panels[k] = panel;
         connect(&panel->document(), &store::PageDocument::contentChanged, this,
@@ -172,6 +173,26 @@ void EditorArea::ShowEditorNo(qint32 pageType)
         }
     }
     m_overview->setVisible(visiblePanel() == nullptr);
+}
+
+void EditorArea::setReadOnly(bool readOnly)
+{
+    m_readOnly = readOnly;
+    for (ui::EditorPanel* panel : m_panels) {
+        if (panel) {
+            panel->setReadOnly(readOnly);
+        }
+    }
+    for (QToolBar* bar : m_toolBars) {
+        if (bar) {
+            bar->setEnabled(!readOnly);
+        }
+    }
+    for (QMenu* menu : m_menus) {
+        if (menu) {
+            menu->setEnabled(!readOnly);
+        }
+    }
 }
 
 void EditorArea::HideAllEditors()

@@ -50,6 +50,8 @@ public:
     void setFindActions(QAction* find, QAction* replace);
 
     void ShowEditorNo(qint32 kind);
+    // Every editor shows its pages but takes no edit; the kinds' toolbars and menus are off.
+    void setReadOnly(bool readOnly);
     bool clearedBeforeLoading(store::EditorKind kind) const
     {
         const DesktopPageKind* entry = desktopKind(kind);
@@ -73,6 +75,7 @@ private:
     QWidget& m_container;
     QVBoxLayout* m_layout = nullptr;
     QWidget* m_toolBarArea = nullptr;
+    bool m_readOnly = false;
     OverviewPanel* m_overview = nullptr;
     store::TRMData& m_data;
     const DesktopPageKind* desktopKind(store::EditorKind kind) const;

@@ -42,9 +42,28 @@ PageDisplay::PageDisplay(store::TRMData& data, EditorArea& editors, QPlainTextEd
 void PageDisplay::onContentChanged()
 {
     // Loading a page, or filling a new record, never marks it modified.
-    if (!m_loading && !m_data.isAdding()) {
-        m_contentModified = true;
+    if (m_loading || m_data.isAdding()) {
+        return;
     }
+    if (m_data.isReadOnly()) {
+        // An edit that cannot be stored is not taken: the page is shown again as stored.
+        if (!m_reloadPending) {
+            m_reloadPending = true;
+            QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    m_reloadPending = false;
+                    m_contentModified = false;
+                    ShowNode();
+                    ui::dialogs().information(
+                        m_dialogParent,
+                        QStringLiteral("This project is read-only: changes cannot be saved."));
+                },
+                Qt::QueuedConnection);
+        }
+        return;
+    }
+    m_contentModified = true;
 }
 
 void PageDisplay::clearComment()

@@ -52,6 +52,7 @@ private:
     bool m_contentModified = false;
     bool m_commentModified = false;
     bool m_loading = false;
+    bool m_reloadPending = false;
 };
 
 } // namespace kestrum::app

@@ -170,6 +170,10 @@ void TKestrumM::buildCentralArea()
     m_position->setObjectName(QStringLiteral("PositionPanel"));
     m_position->setMinimumWidth(70);
     statusBar()->addWidget(m_position);
+    m_readOnlyLabel = new QLabel(this);
+    m_readOnlyLabel->setObjectName(QStringLiteral("ReadOnlyPanel"));
+    m_readOnlyLabel->hide();
+    statusBar()->addPermanentWidget(m_readOnlyLabel);
 
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
@@ -342,6 +346,8 @@ void TKestrumM::buildMenusAndToolBars()
     m_projectActions << nodeNew << nodeImport << nodeDelete << nodeRename
                      << colourMenu->menuAction() << expand << collapse << collapseContext << moveUp
                      << moveDown << promote << demote << keep;
+    m_changeActions << nodeNew << nodeImport << nodeDelete << nodeRename
+                    << colourMenu->menuAction() << moveUp << moveDown << promote << demote << keep;
 
     // ---- Help
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
@@ -477,11 +483,11 @@ bool TKestrumM::createProject(const QString& fileName)
     return ok;
 }
 
-bool TKestrumM::openProject(const QString& fileName)
+bool TKestrumM::openProject(const QString& fileName, bool readOnly)
 {
     bool ok = false;
     guarded([&] {
-        m_data->DBOpen(fileName);
+        m_data->DBOpen(fileName, readOnly);
         ok = true;
     });
     if (ok) {
@@ -508,8 +514,22 @@ void TKestrumM::closeProject()
 void TKestrumM::updateFileState()
 {
     const bool open = m_data->isOpen();
+    const bool readOnly = open && m_data->isReadOnly();
     for (QAction* a : m_projectActions) {
         a->setEnabled(open);
+    }
+    // A read-only project can be read, searched and exported; nothing that changes it is offered.
+    for (QAction* a : m_changeActions) {
+        a->setEnabled(open && !readOnly);
+    }
+    m_tree->setDragEnabled(!readOnly);
+    m_comment->setReadOnly(readOnly);
+    m_editors->setReadOnly(readOnly);
+    if (readOnly) {
+        m_readOnlyLabel->setText(QStringLiteral("Read-only: changes cannot be saved"));
+        m_readOnlyLabel->show();
+    } else {
+        m_readOnlyLabel->hide();
     }
     if (!open) {
         m_editors->overview()->showNoProject(m_settings->recentProjects());
@@ -651,7 +671,10 @@ void TKestrumM::ExportPageClick()
 void TKestrumM::CheckButtons()
 {
     const OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
-    const store::OutlineButtons b = store::OutlineCommands::buttonsFor(selected);
+    store::OutlineButtons b = store::OutlineCommands::buttonsFor(selected);
+    if (m_data->isReadOnly()) {
+        b.deleteNode = b.demote = b.up = b.promote = b.down = false;
+    }
     findChild<QAction*>(QStringLiteral("DeleteNodebtn"))->setEnabled(b.deleteNode);
     findChild<QAction*>(QStringLiteral("RightBtn"))->setEnabled(b.demote);
     findChild<QAction*>(QStringLiteral("UpBtn"))->setEnabled(b.up);

@@ -54,10 +54,11 @@ public:
     QMenu* itemsMenu() const { return m_itemsMenu; }
     QMenu* outlineContextMenu() const { return m_contextMenu; }
     QTimer* handOffTimer() const { return m_timer; }
+    QLabel* readOnlyLabel() const { return m_readOnlyLabel; }
 
     // ---- project files (false when the user was told why not)
     bool createProject(const QString& fileName);
-    bool openProject(const QString& fileName);
+    bool openProject(const QString& fileName, bool readOnly = false);
     void closeProject();
 
     // ---- page display
@@ -138,6 +139,8 @@ private:
     QToolBar* m_outlineBar = nullptr;
     QList<QAction*> m_recentActions;
     QList<QAction*> m_projectActions; // enabled only while a project is open
+    QList<QAction*> m_changeActions;  // ... and only when it can be written
+    QLabel* m_readOnlyLabel = nullptr;
     bool m_syncingSelection = false;
     bool m_inCommand = false;
 };

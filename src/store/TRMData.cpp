@@ -82,6 +82,14 @@ bool TRMData::isOpen() const
     return m_db && m_db->isOpen();
 }
 
+void TRMData::requireWritable() const
+{
+    if (m_readOnly && isOpen()) {
+        throw StoreError(QStringLiteral("\"%1\" is read-only: the change cannot be saved")
+                             .arg(QFileInfo(m_fileName).fileName()));
+    }
+}
+
 bool TRMData::usable() const
 {
     return !m_closing && isOpen();
@@ -90,6 +98,9 @@ bool TRMData::usable() const
 void TRMData::setTitleFromFile(const QString& fileName)
 {
     m_windowTitle = QStringLiteral("Kestrum - ") + QFileInfo(fileName).fileName().toUpper();
+    if (m_readOnly) {
+        m_windowTitle += QStringLiteral(" (read-only)");
+    }
     emit titleChanged(m_windowTitle);
 }
 
@@ -145,12 +156,18 @@ void TRMData::DBCreate(const QString& fileName)
     }
 }
 
-void TRMData::DBOpen(const QString& fileName)
+void TRMData::DBOpen(const QString& fileName, bool openReadOnly)
 {
     // The open project is written first: it may be the very file being opened again.
     flushBeforeClose();
+    // A file (or folder) that cannot be written is opened read-only, and says so.
+    const QFileInfo info(fileName);
+    const bool readOnly =
+        openReadOnly ||
+        (info.exists() && (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()));
     auto db = std::make_unique<SqliteDatabase>();
-    db->open(fileName, SqliteDatabase::OpenMode::ReadWrite);
+    db->open(fileName, readOnly ? SqliteDatabase::OpenMode::ReadOnly
+                                : SqliteDatabase::OpenMode::ReadWrite);
     auto table = std::make_unique<PageTable>(*db);
     table->validate(true);
     QByteArray storedOutline;
@@ -168,6 +185,7 @@ void TRMData::DBOpen(const QString& fileName)
     closeConnections();
     m_db = std::move(db);
     m_table = std::move(table);
+    m_readOnly = readOnly;
     m_fileName = fileName;
     m_currentPageId = -1;
     m_currentNodeIndex = -1;
@@ -185,7 +203,7 @@ void TRMData::DBOpen(const QString& fileName)
     m_storedOutline = storedOutline;
 
     if (const QString handOff = handOffFileName(false);
-        !handOff.isEmpty() && QFile::exists(handOff)) {
+        !m_readOnly && !handOff.isEmpty() && QFile::exists(handOff)) {
         try {
             GetNewPages();
         } catch (const StoreError& e) {
@@ -257,6 +275,7 @@ void TRMData::closeConnections()
     }
     m_currentPageId = -1;
     m_storedOutline.clear();
+    m_readOnly = false;
     m_currentNodeIndex = -1;
 }
 
@@ -280,6 +299,7 @@ std::optional<qint32> TRMData::locate(qint32 pageId)
 qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
                              const QString& comment)
 {
+    requireWritable();
     if (!usable()) {
         throw StoreError(QStringLiteral("No project file is open"));
     }
@@ -290,6 +310,7 @@ qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteAr
 
 std::vector<qint32> TRMData::appendRecords(const std::vector<NewPage>& pages)
 {
+    requireWritable();
     if (!usable()) {
         throw StoreError(QStringLiteral("No project file is open"));
     }
@@ -302,6 +323,7 @@ std::vector<qint32> TRMData::appendRecords(const std::vector<NewPage>& pages)
 
 qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
 {
+    requireWritable();
     if (!usable()) {
         return -1;
     }
@@ -346,6 +368,7 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
 
 qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
 {
+    requireWritable();
     if (!usable()) {
         return -1;
     }
@@ -362,6 +385,7 @@ qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
 
 void TRMData::DeleteRecord(qint32 pageId)
 {
+    requireWritable();
     if (!usable()) {
         return;
     }
@@ -375,6 +399,7 @@ void TRMData::DeleteRecord(qint32 pageId)
 
 void TRMData::runInTransaction(const std::function<void()>& work)
 {
+    requireWritable();
     if (!usable()) {
         throw StoreError(QStringLiteral("No project file is open"));
     }
@@ -390,6 +415,7 @@ qint32 TRMData::pageTypeForFile(const QString& fileName) const
 
 OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
 {
+    requireWritable();
     if (!usable() || !node) {
         return nullptr;
     }
@@ -422,6 +448,9 @@ OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, boo
 
 void TRMData::SaveTree()
 {
+    if (m_readOnly) {
+        return; // nothing on screen can have changed what a read-only file holds
+    }
     // An outline reduced to the project node is written too: the stored outline is always
     // the one on screen.
     if (!usable() || m_outline.count() < 1) {
@@ -473,6 +502,7 @@ std::optional<StoredPage> TRMData::readPage(qint32 pageId) const
 
 bool TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 {
+    requireWritable();
     if (!usable()) {
         return false;
     }
@@ -482,6 +512,7 @@ bool TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 
 bool TRMData::savePage(qint32 pageId, PageDocument& document)
 {
+    requireWritable();
     if (!usable()) {
         return false;
     }
@@ -529,6 +560,7 @@ bool TRMData::loadPage(qint32 pageId, PageDocument& document)
 
 bool TRMData::SaveComment(qint32 pageId, const QString& text)
 {
+    requireWritable();
     if (!usable()) {
         return false;
     }
@@ -577,6 +609,9 @@ QString TRMData::companionSettingsPath() const
 void TRMData::writeCompanionSetting(const QString& section, const QString& key,
                                     const QString& value)
 {
+    if (m_readOnly) {
+        return;
+    }
     const QString path = companionSettingsPath();
     if (path.isEmpty()) {
         return; // never created here: the file belongs to the host
@@ -598,6 +633,9 @@ void TRMData::writeCompanionSetting(const QString& section, const QString& key,
 
 void TRMData::markModified()
 {
+    if (m_readOnly) {
+        return;
+    }
     m_modified = true;
     writeCompanionSetting(kOptions, kSupModified, QStringLiteral("T"));
 }
@@ -614,6 +652,9 @@ QString TRMData::handOffFileName(bool lowerCaseSupTest) const
 
 bool TRMData::pollHandOff()
 {
+    if (m_readOnly) {
+        return false; // pages cannot be taken into a file that cannot be written
+    }
     if (!usable()) {
         return false;
     }
@@ -627,6 +668,7 @@ bool TRMData::pollHandOff()
 
 void TRMData::GetNewPages()
 {
+    requireWritable();
     if (!usable()) {
         return;
     }
@@ -760,6 +802,7 @@ QString TRMData::keptItemsFileName() const
 
 int TRMData::MoveToSup()
 {
+    requireWritable();
     if (!usable()) {
         return 0;
     }

@@ -40,6 +40,9 @@ public:
     const QString& publicFileName() const { return m_publicFileName; }
     QString windowTitle() const { return m_windowTitle; }
     bool isClosing() const { return m_closing; }
+    // The open project's file (or its folder) cannot be written: it was opened read-only, every
+    // change is refused with a StoreError and the outline is never written.
+    bool isReadOnly() const { return m_readOnly; }
     bool isAdding() const { return m_adding; }
     bool isModified() const { return m_modified; }
     void setModified(bool modified) { m_modified = modified; }
@@ -56,7 +59,9 @@ public:
 
     // ---- project files
     void DBCreate(const QString& fileName);
-    void DBOpen(const QString& fileName);
+    // Opens a project; a file (or folder) that cannot be written is opened read-only, as is any
+    // file when `readOnly` is set.
+    void DBOpen(const QString& fileName, bool readOnly = false);
     void CloseFile();
     // Closes the project without writing anything, not even the selection: for a command that
     // was refused after opening.
@@ -154,6 +159,7 @@ signals:
 
 private:
     bool usable() const;
+    void requireWritable() const;
     // What closing does before the connection goes: the page on screen and the outline written.
     void flushBeforeClose();
     void closeConnections();
@@ -172,6 +178,7 @@ private:
     QString m_publicFileName;
     QString m_windowTitle;
     bool m_closing = false;
+    bool m_readOnly = false;
     bool m_adding = false;
     bool m_modified = false;
     int m_restoredSelection = -1;

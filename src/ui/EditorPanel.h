@@ -25,6 +25,8 @@ public:
     virtual void populateToolBar(QToolBar* toolBar) { Q_UNUSED(toolBar); }
     // Fills the main window's menu for this kind (called once); kinds without one ignore it.
     virtual void populateMenu(QMenu* menu) { Q_UNUSED(menu); }
+    // A page of a read-only project: the editor shows it but takes no edit.
+    virtual void setReadOnly(bool readOnly) { setEnabled(!readOnly); }
     // Find and replace within the page, for the kinds that offer them.
     virtual bool canFind() const { return false; }
     virtual void find() {}

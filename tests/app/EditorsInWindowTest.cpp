@@ -14,6 +14,7 @@
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/TRMGridEditor.h"
 #include "editors/text/TRMWPEditor.h"
+#include "editors/text/WPView.h"
 #include "editors/text/TextPageDocument.h"
 #include "store/OutlineModel.h"
 #include "store/PageTable.h"
@@ -23,6 +24,7 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QtTest>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -40,6 +42,7 @@ private slots:
     void gridEditIsStoredWhenLeaving();
     void f2InATableCellEditsTheCell();
     void outlineStaysPutWhateverPageIsShown();
+    void readOnlyProjectTakesNoEdit();
 
 private:
     void select(const OutlineNode* node);
@@ -194,6 +197,38 @@ void EditorsInWindowTest::outlineStaysPutWhateverPageIsShown()
     select(firstOfKind(store::PageType::Text));
     QCoreApplication::processEvents();
     QCOMPARE(tree->mapTo(m_window.get(), QPoint(0, 0)), withBar);
+}
+
+void EditorsInWindowTest::readOnlyProjectTakesNoEdit()
+{
+    const QString file = m_window->data().fileName();
+    QFile project(file);
+    QVERIFY(project.open(QIODevice::ReadOnly));
+    const QByteArray before = project.readAll();
+    project.close();
+    QVERIFY(m_window->openProject(file, true));
+    QVERIFY(m_window->windowTitle().endsWith(QLatin1String("(read-only)")));
+    QVERIFY(m_window->readOnlyLabel()->isVisibleTo(m_window.get()));
+    for (const char* name : {"NodeNew", "NodeImport", "DeleteNodebtn", "NodeRename", "UpBtn"}) {
+        QVERIFY2(!m_window->findChild<QAction*>(QLatin1String(name))->isEnabled(), name);
+    }
+    // The text editor shows the page but takes no typing; an edit made anyway is not kept.
+    OutlineNode* page = firstOfKind(store::PageType::Text);
+    select(page);
+    auto* editor =
+        qobject_cast<text::TRMWPEditor*>(m_window->editors().panel(store::EditorKind::Text));
+    QVERIFY(editor->view()->isReadOnly());
+    const QString shown = editor->pageDocument().textDocument()->toPlainText();
+    QTextCursor cursor(editor->pageDocument().textDocument());
+    cursor.insertText(QStringLiteral("Sneaked in. "));
+    QTRY_COMPARE(editor->pageDocument().textDocument()->toPlainText(), shown);
+    QVERIFY(m_dialogs->messages().contains(
+        QStringLiteral("This project is read-only: changes cannot be saved.")));
+    QVERIFY(!m_window->pageDisplay().contentModified());
+    select(firstOfKind(store::PageType::Grid));
+    m_window->close();
+    QVERIFY(project.open(QIODevice::ReadOnly));
+    QCOMPARE(project.readAll(), before);
 }
 
 QTEST_MAIN(EditorsInWindowTest)

@@ -38,6 +38,7 @@ TRMGridEditor::TRMGridEditor(QWidget* parent) : ui::EditorPanel(parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_view = new GridView(&m_document, this);
+    m_editTriggers = m_view->editTriggers();
     layout->addWidget(m_view);
 
     // Toolbar widgets exist from the start; populateToolBar places them.
@@ -270,6 +271,11 @@ void TRMGridEditor::buildPopupMenu()
     m_popupMenu = new QMenu(this);
     m_popupMenu->setObjectName(QStringLiteral("PopupMenu1"));
     fillMenu(m_popupMenu, false);
+}
+
+void TRMGridEditor::setReadOnly(bool readOnly)
+{
+    m_view->setEditTriggers(readOnly ? QAbstractItemView::NoEditTriggers : m_editTriggers);
 }
 
 void TRMGridEditor::populateMenu(QMenu* menu)

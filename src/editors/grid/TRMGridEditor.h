@@ -6,6 +6,7 @@
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/GridSorter.h"
 
+#include <QAbstractItemView>
 #include <QHash>
 
 #include <memory>
@@ -45,6 +46,8 @@ public:
     void populateToolBar(QToolBar* toolBar) override;
     void populateMenu(QMenu* menu) override;
     bool canFind() const override { return true; }
+    // Read-only: cells can be selected and copied, not edited.
+    void setReadOnly(bool readOnly) override;
     void find() override { GridFindBtnClick(); }
     void replace() override { GridReplaceBtnClick(); }
 
@@ -138,6 +141,7 @@ private:
 
     GridPageDocument m_document;
     GridView* m_view = nullptr;
+    QAbstractItemView::EditTriggers m_editTriggers;
     QMenu* m_popupMenu = nullptr;
     QHash<QString, QAction*> m_actions;
     QActionGroup* m_alignmentGroup = nullptr;

@@ -1335,6 +1335,13 @@ void TRMWPEditor::reloadStrings()
     }
 }
 
+void TRMWPEditor::setReadOnly(bool readOnly)
+{
+    m_view->setReadOnly(readOnly);
+    m_toolBar->setEnabled(!readOnly);
+    m_ruler->setEnabled(!readOnly);
+}
+
 void TRMWPEditor::FormActivate(const QColor& themeColour)
 {
     for (QWidget* widget :

@@ -42,6 +42,8 @@ public:
     void populateToolBar(QToolBar* toolBar) override;
     void populateMenu(QMenu* menu) override;
     bool canFind() const override { return true; }
+    // Read-only: the page can be read, selected and copied, not changed.
+    void setReadOnly(bool readOnly) override;
     void find() override;
     void replace() override;
 
