@@ -1,10 +1,10 @@
 #include "RtfWriter.h"
 
-#include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/RtfListTableWriter.h"
+#include "editors/text/RtfPictureWriter.h"
 #include "editors/text/TextProperties.h"
 
-#include <QBuffer>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
@@ -34,8 +34,6 @@ const char* borderStyleWord(int style)
         return "brdrs";
     }
 }
-
-constexpr int kListIndentTwips = 600; // one list level: the document's 40-pixel indent width
 
 QStringList familiesOf(const QTextFormat& format)
 {
@@ -226,85 +224,7 @@ void RtfWriter::writeHeader()
     }
     m_rtf.raw("}\n");
 
-    if (!m_listOrder.isEmpty()) {
-        m_rtf.raw("{\\*\\listtable");
-        for (int i = 0; i < m_listOrder.size(); ++i) {
-            const QTextListFormat format = m_listOrder[i]->format();
-            const int levels = std::clamp(format.indent(), 1, 9) == 1 ? 1 : 9;
-            m_rtf.raw("\n{\\list");
-            m_rtf.word("listtemplateid", 1000 + i + 1);
-            if (levels == 1) {
-                m_rtf.word("listsimple");
-            }
-            for (int level = 0; level < levels; ++level) {
-                m_rtf.raw("{\\listlevel");
-                int nfc = 23;
-                switch (format.style()) {
-                case QTextListFormat::ListDecimal:
-                    nfc = 0;
-                    break;
-                case QTextListFormat::ListUpperRoman:
-                    nfc = 1;
-                    break;
-                case QTextListFormat::ListLowerRoman:
-                    nfc = 2;
-                    break;
-                case QTextListFormat::ListUpperAlpha:
-                    nfc = 3;
-                    break;
-                case QTextListFormat::ListLowerAlpha:
-                    nfc = 4;
-                    break;
-                default:
-                    break;
-                }
-                m_rtf.word("levelnfc", nfc);
-                m_rtf.word("levelnfcn", nfc);
-                m_rtf.word("leveljc", 0);
-                m_rtf.word("levelfollow", 0);
-                m_rtf.word("levelstartat", 1);
-                m_rtf.raw("{\\leveltext");
-                if (nfc == 23) {
-                    QString bullet(QChar(0x2022));
-                    if (format.style() == QTextListFormat::ListCircle) {
-                        bullet = QStringLiteral("o");
-                    } else if (format.style() == QTextListFormat::ListSquare) {
-                        bullet = QString(QChar(0x25AA));
-                    }
-                    m_rtf.raw("\\'01");
-                    m_rtf.text(bullet);
-                    m_rtf.raw(";}{\\levelnumbers;}");
-                } else {
-                    const QString prefix = format.numberPrefix().left(20);
-                    const QString suffix = format.hasProperty(QTextFormat::ListNumberSuffix)
-                                               ? format.numberSuffix().left(20)
-                                               : QStringLiteral(".");
-                    const int length = int(prefix.size() + 1 + suffix.size());
-                    m_rtf.hexByte(length);
-                    m_rtf.text(prefix);
-                    m_rtf.hexByte(level);
-                    m_rtf.text(suffix);
-                    m_rtf.raw(";}{\\levelnumbers");
-                    m_rtf.hexByte(int(prefix.size() + 1));
-                    m_rtf.raw(";}");
-                }
-                m_rtf.word("fi", -360);
-                m_rtf.word("li", kListIndentTwips * (level + 1));
-                m_rtf.raw("}");
-            }
-            m_rtf.word("listid", 1000 + i + 1);
-            m_rtf.raw("}");
-        }
-        m_rtf.raw("}\n{\\*\\listoverridetable");
-        for (int i = 0; i < m_listOrder.size(); ++i) {
-            m_rtf.raw("{\\listoverride");
-            m_rtf.word("listid", 1000 + i + 1);
-            m_rtf.word("listoverridecount", 0);
-            m_rtf.word("ls", i + 1);
-            m_rtf.raw("}");
-        }
-        m_rtf.raw("}\n");
-    }
+    RtfListTableWriter::write(m_rtf, m_listOrder);
     m_rtf.raw("{\\*\\generator Kestrum;}");
     m_rtf.word("paperw", m_layout.paperWidth);
     m_rtf.word("paperh", m_layout.paperHeight);
@@ -517,7 +437,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
         const int level = std::clamp(list->format().indent(), 1, 9) - 1;
         m_rtf.word("ls", m_lists.value(list));
         m_rtf.word("ilvl", std::clamp(list->format().indent(), 1, 9) == 1 ? 0 : level);
-        left += kListIndentTwips * (level + 1);
+        left += RtfListTableWriter::kIndentPerLevel * (level + 1);
         first = -360;
     } else if (bf.indent() > 0) {
         left += twips(bf.indent() * m_document.indentWidth());
@@ -681,7 +601,7 @@ void RtfWriter::writeFragment(const QTextFragment& fragment)
     }
     if (format.isImageFormat()) {
         for (qsizetype i = 0; i < content.size(); ++i) {
-            writePicture(format);
+            RtfPictureWriter::write(m_rtf, m_document, format);
         }
         return;
     }
@@ -689,44 +609,6 @@ void RtfWriter::writeFragment(const QTextFragment& fragment)
     QString visible = content;
     visible.remove(QChar::ObjectReplacementCharacter);
     m_rtf.text(visible);
-}
-
-void RtfWriter::writePicture(const QTextCharFormat& format)
-{
-    const QTextImageFormat image = format.toImageFormat();
-    const QByteArray original = image.property(TextProperty::PictureData).toByteArray();
-    const QString header = image.stringProperty(TextProperty::PictureHeader);
-    QByteArray data;
-    QByteArray description;
-    const QImage picture = DocumentPictures::image(m_document, image);
-    if (!original.isEmpty() && !header.isEmpty()) {
-        data = original;
-        description = header.toLatin1();
-    } else {
-        if (picture.isNull()) {
-            return;
-        }
-        QBuffer buffer(&data);
-        buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "PNG");
-        description = "\\pngblip\\picw" + QByteArray::number(picture.width()) + "\\pich" +
-                      QByteArray::number(picture.height());
-    }
-    qreal width = image.width();
-    qreal height = image.height();
-    if (width <= 0 || height <= 0) {
-        width = picture.width();
-        height = picture.height();
-    }
-    m_rtf.raw("{\\pict");
-    m_rtf.words(description);
-    if (width > 0 && height > 0) {
-        m_rtf.word("picwgoal", std::clamp(twips(width), 1, 31680 * 4));
-        m_rtf.word("pichgoal", std::clamp(twips(height), 1, 31680 * 4));
-    }
-    m_rtf.raw("\n");
-    m_rtf.hexData(data);
-    m_rtf.raw("}");
 }
 
 RtfWriter::CharProps RtfWriter::charProps(const QTextCharFormat& format)

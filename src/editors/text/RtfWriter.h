@@ -60,7 +60,6 @@ private:
     void writeTable(const QTextTable* table);
     void writeBlock(const QTextBlock& block, bool inTable, bool lastInCell);
     void writeFragment(const QTextFragment& fragment);
-    void writePicture(const QTextCharFormat& format);
     void writeCharDiff(const CharProps& target);
     CharProps charProps(const QTextCharFormat& format);
     void openLink(const QString& href);
