@@ -42,33 +42,6 @@ void RtfEmitter::clear()
     m_delimit = false;
 }
 
-void RtfEmitter::word(const char* controlWord)
-{
-    m_out.append('\\');
-    m_out.append(controlWord);
-    m_delimit = true;
-}
-
-void RtfEmitter::word(const char* controlWord, int parameter)
-{
-    m_out.append('\\');
-    m_out.append(controlWord);
-    m_out.append(QByteArray::number(parameter));
-    m_delimit = true;
-}
-
-void RtfEmitter::words(QByteArrayView controlWords)
-{
-    m_out.append(controlWords);
-    m_delimit = !controlWords.isEmpty();
-}
-
-void RtfEmitter::raw(QByteArrayView bytes)
-{
-    m_out.append(bytes);
-    m_delimit = false;
-}
-
 void RtfEmitter::hexByte(int value)
 {
     m_out.append("\\'");

@@ -22,12 +22,29 @@ public:
     const QByteArray& bytes() const { return m_out; }
 
     // \word and \wordN; text that follows is set off by a space when it needs one.
-    void word(const char* controlWord);
-    void word(const char* controlWord, int parameter);
+    void word(const char* controlWord)
+    {
+        m_out.append('\\');
+        m_out.append(controlWord);
+        m_delimit = true;
+    }
+    void word(const char* controlWord, int parameter)
+    {
+        word(controlWord);
+        m_out.append(QByteArray::number(parameter));
+    }
     // Ready-made control words ("\\pard\\intbl"): written as they are, delimited like a word.
-    void words(QByteArrayView controlWords);
+    void words(QByteArrayView controlWords)
+    {
+        m_out.append(controlWords);
+        m_delimit = !controlWords.isEmpty();
+    }
     // Bytes as they are (braces, ';', new lines): nothing needs delimiting after them.
-    void raw(QByteArrayView bytes);
+    void raw(QByteArrayView bytes)
+    {
+        m_out.append(bytes);
+        m_delimit = false;
+    }
     // \'hh (a byte of a level text, for instance).
     void hexByte(int value);
     // Binary data as hexadecimal digits, `perLine` bytes to a line.
