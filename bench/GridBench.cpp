@@ -8,8 +8,8 @@
 #include "editors/grid/GridExporter.h"
 #include "editors/grid/GridRowSizer.h"
 #include "editors/grid/GridStream.h"
-#include "editors/grid/GridView.h"
-#include "editors/grid/TRMGridEditor.h"
+#include "editors/grid/widgets/GridView.h"
+#include "editors/grid/widgets/TRMGridEditor.h"
 
 #include <QApplication>
 

@@ -3,9 +3,9 @@
 //   ./build/bench/TextBench [--benchmark_filter=...]
 
 #include "BenchMain.h"
-#include "editors/text/TRMWPEditor.h"
+#include "editors/text/widgets/TRMWPEditor.h"
 #include "editors/text/TextPageDocument.h"
-#include "editors/text/WPView.h"
+#include "editors/text/widgets/WPView.h"
 
 #include <QApplication>
 #include <QBuffer>

@@ -3,8 +3,8 @@
 
 #include "app/DesktopKinds.h"
 
-#include "editors/grid/TRMGridEditor.h"
-#include "editors/text/TRMWPEditor.h"
+#include "editors/grid/widgets/TRMGridEditor.h"
+#include "editors/text/widgets/TRMWPEditor.h"
 
 namespace kestrum::app {
 

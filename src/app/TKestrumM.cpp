@@ -5,6 +5,7 @@
 #include "ui/EditorPanel.h"
 #include "ui/WaitCursor.h"
 #include "app/Icons.h"
+#include "app/MainMenus.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/OverviewPanel.h"
@@ -66,7 +67,12 @@ TKestrumM::TKestrumM(Options options, QWidget* parent)
     m_commands = std::make_unique<store::OutlineCommands>(*m_data);
 
     buildCentralArea();
-    buildMenusAndToolBars();
+    const MainMenus menus = MainMenus::build(this, menuBar(), m_outlineBar, m_tree);
+    m_fileMenu = menus.fileMenu;
+    m_itemsMenu = menus.itemsMenu;
+    m_contextMenu = menus.contextMenu;
+    m_projectActions = menus.projectActions;
+    m_changeActions = menus.changeActions;
     m_editors = new EditorArea(*this, *m_editorContainer, *m_data, m_options.kinds);
     m_editors->setFindActions(findChild<QAction*>(QStringLiteral("Find1")),
                               findChild<QAction*>(QStringLiteral("Replace1")));
@@ -203,182 +209,6 @@ void TKestrumM::buildCentralArea()
         NodeOrderClick();
         m_contextMenu->popup(m_tree->viewport()->mapToGlobal(pos));
     });
-}
-
-QAction* TKestrumM::makeAction(const QString& objectName, const QString& caption, const char* icon,
-                               void (TKestrumM::*handler)())
-{
-    auto* action = new QAction(caption, this);
-    action->setObjectName(objectName);
-    if (icon) {
-        action->setIcon(Icons::command(icon));
-    }
-    connect(action, &QAction::triggered, this, handler);
-    return action;
-}
-
-void TKestrumM::buildMenusAndToolBars()
-{
-    // ---- File
-    m_fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
-    m_fileMenu->setObjectName(QStringLiteral("File1"));
-    QAction* newProject =
-        makeAction(QStringLiteral("NewProject"), QStringLiteral("&New project..."), "newproject",
-                   &TKestrumM::NewProjectClick);
-    newProject->setShortcut(QKeySequence::New);
-    QAction* openProject =
-        makeAction(QStringLiteral("OpenProject"), QStringLiteral("&Open project..."), "open",
-                   &TKestrumM::OpenProjectClick);
-    openProject->setShortcut(QKeySequence::Open);
-    QAction* closeProject = makeAction(QStringLiteral("CloseProject"), QStringLiteral("&Close"),
-                                       nullptr, &TKestrumM::CloseProjectClick);
-    m_projectActions << closeProject;
-    m_fileMenu->addAction(newProject);
-    m_fileMenu->addAction(openProject);
-    m_fileMenu->addAction(closeProject);
-    m_fileMenu->addSeparator();
-    QAction* exportPage = makeAction(QStringLiteral("ExportPage"), QStringLiteral("&Export page..."),
-                                     nullptr, &TKestrumM::ExportPageClick);
-    m_projectActions << exportPage;
-    m_fileMenu->addAction(exportPage);
-    m_fileMenu->addSeparator();
-    m_fileMenu->addSeparator()->setObjectName(QStringLiteral("RecentEnd"));
-    QAction* exit = new QAction(QStringLiteral("E&xit"), this);
-    exit->setObjectName(QStringLiteral("Exit1"));
-    exit->setShortcut(QKeySequence::Quit);
-    connect(exit, &QAction::triggered, this, &QWidget::close);
-    m_fileMenu->addAction(exit);
-
-    // ---- Edit: find and replace within the page
-    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
-    edit->setObjectName(QStringLiteral("Edit1"));
-    QAction* find = makeAction(QStringLiteral("Find1"), QStringLiteral("&Find..."), nullptr,
-                               &TKestrumM::Find1Click);
-    QAction* replace = makeAction(QStringLiteral("Replace1"), QStringLiteral("&Replace..."),
-                                  nullptr, &TKestrumM::Replace1Click);
-    edit->addAction(find);
-    edit->addAction(replace);
-
-    // ---- Items
-    QAction* nodeNew = makeAction(QStringLiteral("NodeNew"), QStringLiteral("New..."), "new",
-                                  &TKestrumM::NodeNewClick);
-    nodeNew->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Insert));
-    QAction* nodeImport =
-        makeAction(QStringLiteral("NodeImport"), QStringLiteral("Import files..."), "import",
-                   &TKestrumM::NodeImportClick);
-    QAction* nodeDelete = makeAction(QStringLiteral("NodeDelete"), QStringLiteral("Delete"),
-                                     "delete", &TKestrumM::NodeDeleteClick);
-    QAction* nodeRename = makeAction(QStringLiteral("NodeRename"), QStringLiteral("Rename..."),
-                                     "rename", &TKestrumM::NodeRenameClick);
-    nodeRename->setShortcut(QKeySequence(Qt::Key_F2));
-    // F2 renames while the outline has the focus; in a page editor the editor's F2 wins.
-    nodeRename->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    m_tree->addAction(nodeRename);
-    auto* colourMenu = new QMenu(QStringLiteral("Change color"), this);
-    colourMenu->setObjectName(QStringLiteral("ChangeColor1"));
-    colourMenu->setIcon(Icons::command("colour"));
-    colourMenu->addAction(makeAction(QStringLiteral("White1"), QStringLiteral("White"), nullptr,
-                                     &TKestrumM::White1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Yellow1"), QStringLiteral("Yellow"), nullptr,
-                                     &TKestrumM::Yellow1Click));
-    colourMenu->addAction(
-        makeAction(QStringLiteral("Red1"), QStringLiteral("Red"), nullptr, &TKestrumM::Red1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Green1"), QStringLiteral("Green"), nullptr,
-                                     &TKestrumM::Green1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Blue1"), QStringLiteral("Blue"), nullptr,
-                                     &TKestrumM::Blue1Click));
-    colourMenu->addAction(makeAction(QStringLiteral("Custom1"), QStringLiteral("Custom..."),
-                                     nullptr, &TKestrumM::Custom1Click));
-    QAction* expand = makeAction(QStringLiteral("NodeExpand"), QStringLiteral("Expand all"),
-                                 "expand", &TKestrumM::NodeExpandClick);
-    QAction* collapse = makeAction(QStringLiteral("NodeCollapse"), QStringLiteral("Colapse all"),
-                                   "collapse", &TKestrumM::NodeCollapseClick);
-    QAction* collapseContext =
-        makeAction(QStringLiteral("NodeCollapse2"), QStringLiteral("Collapse all"), "collapse",
-                   &TKestrumM::NodeCollapseClick);
-    QAction* moveUp = makeAction(QStringLiteral("MoveUp1"), QStringLiteral("Move up"), "up",
-                                 &TKestrumM::UpBtnClick);
-    QAction* moveDown = makeAction(QStringLiteral("MoveDown1"), QStringLiteral("Move down"), "down",
-                                   &TKestrumM::DnBtnClick);
-    QAction* promote = makeAction(QStringLiteral("Promote1"), QStringLiteral("Promote"), "promote",
-                                  &TKestrumM::LeftBtnClick);
-    QAction* demote = makeAction(QStringLiteral("Demote1"), QStringLiteral("Demote"), "demote",
-                                 &TKestrumM::RightBtnClick);
-    QAction* keep =
-        makeAction(QStringLiteral("KeepSelected1"), QStringLiteral("Keep selected item"), "keep",
-                   &TKestrumM::MoveToSupClick);
-    QAction* properties = new QAction(QStringLiteral("Properties..."), this);
-    properties->setObjectName(QStringLiteral("Properties1"));
-    properties->setEnabled(false);
-    properties->setVisible(false);
-    QAction* order = makeAction(QStringLiteral("Order1"), QStringLiteral("Order"), nullptr,
-                                &TKestrumM::NodeOrderClick);
-    order->setVisible(false);
-
-    m_itemsMenu = menuBar()->addMenu(QStringLiteral("&Items"));
-    m_itemsMenu->setObjectName(QStringLiteral("Nodes1"));
-    connect(m_itemsMenu, &QMenu::aboutToShow, this, &TKestrumM::Nodes1Click);
-    m_contextMenu = new QMenu(this);
-    m_contextMenu->setObjectName(QStringLiteral("PopupMenu1"));
-    for (QMenu* menu : {m_itemsMenu, m_contextMenu}) {
-        const bool context = menu == m_contextMenu;
-        menu->addAction(nodeNew);
-        menu->addAction(nodeImport);
-        menu->addSeparator();
-        menu->addAction(nodeDelete);
-        menu->addAction(nodeRename);
-        menu->addMenu(colourMenu);
-        menu->addSeparator();
-        menu->addAction(expand);
-        menu->addAction(context ? collapseContext : collapse);
-        menu->addSeparator();
-        menu->addAction(moveUp);
-        menu->addAction(moveDown);
-        menu->addAction(promote);
-        menu->addAction(demote);
-        menu->addSeparator();
-        menu->addAction(keep);
-        if (!context) {
-            menu->addAction(properties);
-            menu->addAction(order);
-        }
-    }
-    m_projectActions << nodeNew << nodeImport << nodeDelete << nodeRename
-                     << colourMenu->menuAction() << expand << collapse << collapseContext << moveUp
-                     << moveDown << promote << demote << keep;
-    m_changeActions << nodeNew << nodeImport << nodeDelete << nodeRename
-                    << colourMenu->menuAction() << moveUp << moveDown << promote << demote << keep;
-
-    // ---- Help
-    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
-    help->menuAction()->setObjectName(QStringLiteral("HelpMenu"));
-    QAction* about = new QAction(QStringLiteral("About Kestrum"), this);
-    connect(about, &QAction::triggered, this, [this] {
-        ui::dialogs().information(this, QStringLiteral("Kestrum %1\nOrganiser of analysis reports.")
-                                        .arg(QStringLiteral(KESTRUM_VERSION)));
-    });
-    help->addAction(about);
-
-    // ---- the outline toolbar
-    m_outlineBar->addAction(nodeNew);
-    m_outlineBar->addAction(nodeImport);
-    m_outlineBar->addSeparator();
-    QAction* deleteBtn = makeAction(QStringLiteral("DeleteNodebtn"), QStringLiteral("Delete"),
-                                    "delete", &TKestrumM::NodeDeleteClick);
-    QAction* upBtn = makeAction(QStringLiteral("UpBtn"), QStringLiteral("Move up"), "up",
-                                &TKestrumM::UpBtnClick);
-    QAction* dnBtn = makeAction(QStringLiteral("DnBtn"), QStringLiteral("Move down"), "down",
-                                &TKestrumM::DnBtnClick);
-    QAction* leftBtn = makeAction(QStringLiteral("LeftBtn"), QStringLiteral("Promote"), "promote",
-                                  &TKestrumM::LeftBtnClick);
-    QAction* rightBtn = makeAction(QStringLiteral("RightBtn"), QStringLiteral("Demote"), "demote",
-                                   &TKestrumM::RightBtnClick);
-    for (QAction* a : {deleteBtn, upBtn, dnBtn, leftBtn, rightBtn}) {
-        a->setEnabled(false);
-        m_outlineBar->addAction(a);
-    }
-    m_outlineBar->addSeparator();
-    m_outlineBar->addAction(keep);
 }
 
 void TKestrumM::connectStore()

@@ -102,11 +102,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void buildMenusAndToolBars();
     void buildCentralArea();
     void connectStore();
-    QAction* makeAction(const QString& objectName, const QString& caption, const char* icon,
-                        void (TKestrumM::*handler)());
     void colourSelected(std::optional<qint32> colour);
     void afterOutlineMove();
     void selectAndShow(store::OutlineNode* node);

@@ -3,53 +3,14 @@
 #include "editors/grid/ExportColours.h"
 #include "editors/grid/GridDocument.h"
 
+#include "common/RtfEmitter.h"
+
 #include <QHash>
 #include <QStringList>
 
-namespace kestrum::grid {
+#include <algorithm>
 
-QString RtfTableWriter::escape(const QString& text)
-{
-    QString out;
-    out.reserve(text.size() + 8);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t u = text[i].unicode();
-        switch (u) {
-        case '\\':
-            out += QLatin1String("\\\\");
-            break;
-        case '{':
-            out += QLatin1String("\\{");
-            break;
-        case '}':
-            out += QLatin1String("\\}");
-            break;
-        case '\t':
-            out += QLatin1String("\\tab ");
-            break;
-        case '\r':
-            if (i + 1 < text.size() && text[i + 1] == QLatin1Char('\n')) {
-                ++i;
-            }
-            out += QLatin1String("\\line ");
-            break;
-        case '\n':
-            out += QLatin1String("\\line ");
-            break;
-        default:
-            if (u < 0x20) {
-                break; // other control characters have no place in a document
-            }
-            if (u < 0x80) {
-                out += QChar(u);
-            } else {
-                // \uN takes a signed 16-bit number; '?' is what readers without Unicode show.
-                out += QStringLiteral("\\u%1?").arg(qint16(u));
-            }
-        }
-    }
-    return out;
-}
+namespace kestrum::grid {
 
 QByteArray RtfTableWriter::write(const GridDocument& grid)
 {
@@ -89,68 +50,74 @@ QByteArray RtfTableWriter::write(const GridDocument& grid)
         }
     }
 
-    QString out;
+    common::RtfEmitter out;
     out.reserve(qsizetype(grid.cellCount()) * 40 + 1024);
-    out += QStringLiteral("{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl");
+    out.raw("{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl");
     for (int i = 0; i < fonts.size(); ++i) {
-        out += QStringLiteral("{\\f%1\\fswiss\\fcharset0 %2;}").arg(i).arg(escape(fonts[i]));
+        out.raw("{");
+        out.word("f", i);
+        out.word("fswiss");
+        out.word("fcharset", 0);
+        out.text(fonts[i]);
+        out.raw(";}");
     }
-    out += QStringLiteral("}\n{\\colortbl;");
+    out.raw("}\n{\\colortbl;");
     for (const QColor& c : colours) {
-        out +=
-            QStringLiteral("\\red%1\\green%2\\blue%3;").arg(c.red()).arg(c.green()).arg(c.blue());
+        out.word("red", c.red());
+        out.word("green", c.green());
+        out.word("blue", c.blue());
+        out.raw(";");
     }
-    out += QStringLiteral("}\n\\viewkind4\\pard\\plain\\f0\\fs20\n");
+    out.raw("}\n\\viewkind4\\pard\\plain\\f0\\fs20\n");
 
     for (int r = 0; r < grid.rowCount(); ++r) {
-        out += QStringLiteral("\\trowd\\trgaph70\\trleft0");
+        out.words("\\trowd\\trgaph70\\trleft0");
         if (r < grid.fixedRows()) {
-            out += QStringLiteral("\\trhdr");
+            out.word("trhdr");
         }
         if (grid.rowHeight(r) > 0) {
-            out += QStringLiteral("\\trrh%1").arg(grid.rowHeight(r) * kTwipsPerPixel);
+            out.word("trrh", grid.rowHeight(r) * kTwipsPerPixel);
         }
         int right = 0;
         for (const int c : columns) {
             const GridCellFormat& f = grid.format(c, r);
-            out += QStringLiteral("\\clbrdrt\\brdrs\\brdrw10\\clbrdrl\\brdrs\\brdrw10"
-                                  "\\clbrdrb\\brdrs\\brdrw10\\clbrdrr\\brdrs\\brdrw10");
+            out.words("\\clbrdrt\\brdrs\\brdrw10\\clbrdrl\\brdrs\\brdrw10"
+                      "\\clbrdrb\\brdrs\\brdrw10\\clbrdrr\\brdrs\\brdrw10");
             if (const auto back = exportBackground(f.background)) {
-                out += QStringLiteral("\\clcbpat%1").arg(colourNumber(*back));
+                out.word("clcbpat", colourNumber(*back));
             }
             right += std::max(grid.columnWidth(c), 8) * kTwipsPerPixel;
-            out += QStringLiteral("\\cellx%1").arg(right);
+            out.word("cellx", right);
         }
-        out += QLatin1Char('\n');
+        out.raw("\n");
         for (const int c : columns) {
             const GridCellFormat& f = grid.format(c, r);
-            out += QStringLiteral("\\pard\\intbl");
-            out += f.alignment == CellAlignment::Right    ? QStringLiteral("\\qr")
-                   : f.alignment == CellAlignment::Centre ? QStringLiteral("\\qc")
-                                                          : QStringLiteral("\\ql");
-            out += QStringLiteral("\\plain\\f%1\\fs%2")
-                       .arg(fonts.indexOf(f.fontName))
-                       .arg(f.fontSize * 2);
+            out.words("\\pard\\intbl");
+            out.word(f.alignment == CellAlignment::Right    ? "qr"
+                     : f.alignment == CellAlignment::Centre ? "qc"
+                                                            : "ql");
+            out.word("plain");
+            out.word("f", int(fonts.indexOf(f.fontName)));
+            out.word("fs", f.fontSize * 2);
             if (const auto fc = exportFontColour(f.fontColour)) {
-                out += QStringLiteral("\\cf%1").arg(colourNumber(*fc));
+                out.word("cf", colourNumber(*fc));
             }
             if (f.isBold() || r < grid.fixedRows()) {
-                out += QStringLiteral("\\b");
+                out.word("b");
             }
             if (f.isItalic()) {
-                out += QStringLiteral("\\i");
+                out.word("i");
             }
             if (f.isUnderline()) {
-                out += QStringLiteral("\\ul");
+                out.word("ul");
             }
-            out += QLatin1Char(' ');
-            out += escape(grid.text(c, r));
-            out += QStringLiteral("\\cell\n");
+            out.text(grid.text(c, r));
+            out.raw("\\cell\n");
         }
-        out += QStringLiteral("\\row\n");
+        out.raw("\\row\n");
     }
-    out += QStringLiteral("\\pard\\par\n}\n");
-    return out.toLatin1();
+    out.raw("\\pard\\par\n}\n");
+    return out.bytes();
 }
 
 } // namespace kestrum::grid

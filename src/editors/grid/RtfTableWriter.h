@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
 namespace kestrum::grid {
 
@@ -9,14 +8,12 @@ class GridDocument;
 
 // The grid as a word-processor document: an RTF table with the grid's column widths, cell
 // fonts, colours, shading and alignment; fixed rows repeat as the table header on every page.
-// Pure 7-bit output (other characters as \u escapes), so any word processor reads it.
+// Pure 7-bit output (text escaped by the common RTF emitter), so any word processor reads it.
 class RtfTableWriter
 {
 public:
     static constexpr int kTwipsPerPixel = 15; // at 96 pixels an inch
     static QByteArray write(const GridDocument& grid);
-    // Text as RTF: control characters escaped, line breaks as \line.
-    static QString escape(const QString& text);
 };
 
 } // namespace kestrum::grid

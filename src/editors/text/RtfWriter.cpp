@@ -1,10 +1,10 @@
 #include "RtfWriter.h"
 
-#include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/RtfListTableWriter.h"
+#include "editors/text/RtfPictureWriter.h"
 #include "editors/text/TextProperties.h"
 
-#include <QBuffer>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
@@ -34,29 +34,6 @@ const char* borderStyleWord(int style)
         return "brdrs";
     }
 }
-
-constexpr int kListIndentTwips = 600; // one list level: the document's 40-pixel indent width
-
-// Unicode characters of Windows-1252 bytes 0x80..0x9F.
-constexpr char16_t kCp1252High[32] = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-int cp1252Byte(char16_t u)
-{
-    if (u >= 0xA0 && u <= 0xFF) {
-        return u;
-    }
-    for (int i = 0; i < 32; ++i) {
-        if (kCp1252High[i] == u && u != 0) {
-            return 0x80 + i;
-        }
-    }
-    return -1;
-}
-
-const char kHex[] = "0123456789abcdef";
 
 QStringList familiesOf(const QTextFormat& format)
 {
@@ -116,8 +93,8 @@ QByteArray RtfWriter::emptyDocument(const PageLayout& layout)
 
 QByteArray RtfWriter::write()
 {
-    m_out.clear();
-    m_out.reserve(qsizetype(m_document.characterCount()) * 2 + 4096);
+    m_rtf.clear();
+    m_rtf.reserve(qsizetype(m_document.characterCount()) * 2 + 4096);
     const QFont font = m_document.defaultFont();
     const qreal points = font.pointSizeF() > 0  ? font.pointSizeF()
                          : font.pixelSize() > 0 ? font.pixelSize() * 0.75
@@ -129,8 +106,8 @@ QByteArray RtfWriter::write()
     writeRootFrame();
     closeLink();
     closeBookmarks();
-    raw("}\n");
-    return m_out;
+    m_rtf.raw("}\n");
+    return m_rtf.bytes();
 }
 
 // ---- collecting fonts, colours and lists -------------------------------------------------------
@@ -228,133 +205,43 @@ void RtfWriter::collect()
 
 void RtfWriter::writeHeader()
 {
-    raw("{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl");
+    m_rtf.raw("{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\n{\\fonttbl");
     for (int i = 0; i < m_fonts.size(); ++i) {
-        raw("{");
-        word("f", i);
-        word("fnil");
-        word("fcharset", 0);
-        text(m_fonts[i]);
-        raw(";}");
-        m_delimit = false;
+        m_rtf.raw("{");
+        m_rtf.word("f", i);
+        m_rtf.word("fnil");
+        m_rtf.word("fcharset", 0);
+        m_rtf.text(m_fonts[i]);
+        m_rtf.raw(";}");
     }
-    raw("}\n{\\colortbl;");
+    m_rtf.raw("}\n{\\colortbl;");
     for (int i = 1; i < m_colours.count(); ++i) {
         const QColor c = m_colours.colour(i);
-        word("red", c.red());
-        word("green", c.green());
-        word("blue", c.blue());
-        raw(";");
-        m_delimit = false;
+        m_rtf.word("red", c.red());
+        m_rtf.word("green", c.green());
+        m_rtf.word("blue", c.blue());
+        m_rtf.raw(";");
     }
-    raw("}\n");
+    m_rtf.raw("}\n");
 
-    if (!m_listOrder.isEmpty()) {
-        raw("{\\*\\listtable");
-        for (int i = 0; i < m_listOrder.size(); ++i) {
-            const QTextListFormat format = m_listOrder[i]->format();
-            const int levels = std::clamp(format.indent(), 1, 9) == 1 ? 1 : 9;
-            raw("\n{\\list");
-            word("listtemplateid", 1000 + i + 1);
-            if (levels == 1) {
-                word("listsimple");
-            }
-            for (int level = 0; level < levels; ++level) {
-                raw("{\\listlevel");
-                int nfc = 23;
-                switch (format.style()) {
-                case QTextListFormat::ListDecimal:
-                    nfc = 0;
-                    break;
-                case QTextListFormat::ListUpperRoman:
-                    nfc = 1;
-                    break;
-                case QTextListFormat::ListLowerRoman:
-                    nfc = 2;
-                    break;
-                case QTextListFormat::ListUpperAlpha:
-                    nfc = 3;
-                    break;
-                case QTextListFormat::ListLowerAlpha:
-                    nfc = 4;
-                    break;
-                default:
-                    break;
-                }
-                word("levelnfc", nfc);
-                word("levelnfcn", nfc);
-                word("leveljc", 0);
-                word("levelfollow", 0);
-                word("levelstartat", 1);
-                raw("{\\leveltext");
-                if (nfc == 23) {
-                    QString bullet(QChar(0x2022));
-                    if (format.style() == QTextListFormat::ListCircle) {
-                        bullet = QStringLiteral("o");
-                    } else if (format.style() == QTextListFormat::ListSquare) {
-                        bullet = QString(QChar(0x25AA));
-                    }
-                    raw("\\'01");
-                    text(bullet);
-                    raw(";}{\\levelnumbers;}");
-                } else {
-                    const QString prefix = format.numberPrefix().left(20);
-                    const QString suffix = format.hasProperty(QTextFormat::ListNumberSuffix)
-                                               ? format.numberSuffix().left(20)
-                                               : QStringLiteral(".");
-                    const int length = int(prefix.size() + 1 + suffix.size());
-                    auto hexByte = [this](int v) {
-                        m_out.append("\\'");
-                        m_out.append(kHex[(v >> 4) & 0xF]);
-                        m_out.append(kHex[v & 0xF]);
-                    };
-                    hexByte(length);
-                    text(prefix);
-                    hexByte(level);
-                    text(suffix);
-                    raw(";}{\\levelnumbers");
-                    hexByte(int(prefix.size() + 1));
-                    raw(";}");
-                }
-                m_delimit = false;
-                word("fi", -360);
-                word("li", kListIndentTwips * (level + 1));
-                raw("}");
-                m_delimit = false;
-            }
-            word("listid", 1000 + i + 1);
-            raw("}");
-            m_delimit = false;
-        }
-        raw("}\n{\\*\\listoverridetable");
-        for (int i = 0; i < m_listOrder.size(); ++i) {
-            raw("{\\listoverride");
-            word("listid", 1000 + i + 1);
-            word("listoverridecount", 0);
-            word("ls", i + 1);
-            raw("}");
-            m_delimit = false;
-        }
-        raw("}\n");
-    }
-    raw("{\\*\\generator Kestrum;}");
-    word("paperw", m_layout.paperWidth);
-    word("paperh", m_layout.paperHeight);
-    word("margl", m_layout.marginLeft);
-    word("margr", m_layout.marginRight);
-    word("margt", m_layout.marginTop);
-    word("margb", m_layout.marginBottom);
+    RtfListTableWriter::write(m_rtf, m_listOrder);
+    m_rtf.raw("{\\*\\generator Kestrum;}");
+    m_rtf.word("paperw", m_layout.paperWidth);
+    m_rtf.word("paperh", m_layout.paperHeight);
+    m_rtf.word("margl", m_layout.marginLeft);
+    m_rtf.word("margr", m_layout.marginRight);
+    m_rtf.word("margt", m_layout.marginTop);
+    m_rtf.word("margb", m_layout.marginBottom);
     if (m_layout.landscape()) {
-        word("landscape");
+        m_rtf.word("landscape");
     }
-    raw("\n");
+    m_rtf.raw("\n");
     m_current = CharProps();
-    word("plain");
-    word("f", 0);
-    word("fs", m_defaultHalfPoints);
+    m_rtf.word("plain");
+    m_rtf.word("f", 0);
+    m_rtf.word("fs", m_defaultHalfPoints);
     m_current.halfPoints = m_defaultHalfPoints;
-    raw("\n");
-    m_delimit = false;
+    m_rtf.raw("\n");
 }
 
 // ---- body --------------------------------------------------------------------------------------
@@ -431,29 +318,29 @@ void RtfWriter::writeTable(const QTextTable* table)
                                       : 0;
 
     for (int r = 0; r < rows; ++r) {
-        raw("\\trowd");
-        word("trgaph", gap);
-        word("trleft", left);
+        m_rtf.raw("\\trowd");
+        m_rtf.word("trgaph", gap);
+        m_rtf.word("trleft", left);
         if (format.alignment() & Qt::AlignHCenter) {
-            word("trqc");
+            m_rtf.word("trqc");
         } else if (format.alignment() & Qt::AlignRight) {
-            word("trqr");
+            m_rtf.word("trqr");
         }
         if (r < format.headerRowCount()) {
-            word("trhdr");
+            m_rtf.word("trhdr");
         }
         int x = left;
         for (int c = 0; c < columns;) {
             const QTextTableCell cell = table->cellAt(r, c);
             const int span = std::max(1, cell.columnSpan());
             if (cell.rowSpan() > 1) {
-                word(cell.row() == r ? "clvmgf" : "clvmrg");
+                m_rtf.word(cell.row() == r ? "clvmgf" : "clvmrg");
             }
             const QTextTableCellFormat cf = cell.format().toTableCellFormat();
             if (cf.verticalAlignment() == QTextCharFormat::AlignMiddle) {
-                word("clvertalc");
+                m_rtf.word("clvertalc");
             } else if (cf.verticalAlignment() == QTextCharFormat::AlignBottom) {
-                word("clvertalb");
+                m_rtf.word("clvertalb");
             }
             struct Side
             {
@@ -493,32 +380,30 @@ void RtfWriter::writeTable(const QTextTable* table)
                 if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
                     continue;
                 }
-                word(side.name);
-                word(borderStyleWord(style));
-                word("brdrw", width);
+                m_rtf.word(side.name);
+                m_rtf.word(borderStyleWord(style));
+                m_rtf.word("brdrw", width);
                 if (colour > 0) {
-                    word("brdrcf", colour);
+                    m_rtf.word("brdrcf", colour);
                 }
             }
             if (cf.hasProperty(QTextFormat::BackgroundBrush) &&
                 cf.background().style() != Qt::NoBrush) {
-                word("clcbpat", colourNumber(cf.background().color()));
+                m_rtf.word("clcbpat", colourNumber(cf.background().color()));
             }
             for (int k = 0; k < span && c + k < columns; ++k) {
                 x += widths[std::size_t(c + k)];
             }
-            word("cellx", x);
+            m_rtf.word("cellx", x);
             c += span;
         }
-        raw("\n");
-        m_delimit = false;
+        m_rtf.raw("\n");
         for (int c = 0; c < columns;) {
             const QTextTableCell cell = table->cellAt(r, c);
             const int span = std::max(1, cell.columnSpan());
             if (cell.row() != r) {
                 // Covered by the cell above (a vertical merge): an empty cell.
-                raw("\\pard\\intbl\\cell\n");
-                m_delimit = false;
+                m_rtf.raw("\\pard\\intbl\\cell\n");
             } else {
                 const QTextBlock first = m_document.findBlock(cell.firstPosition());
                 const QTextBlock last = m_document.findBlock(cell.lastPosition());
@@ -526,68 +411,66 @@ void RtfWriter::writeTable(const QTextTable* table)
             }
             c += span;
         }
-        raw("\\row\n");
-        m_delimit = false;
+        m_rtf.raw("\\row\n");
     }
 }
 
 void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCell)
 {
     const QTextBlockFormat bf = block.blockFormat();
-    raw("\\pard");
-    m_delimit = true;
+    m_rtf.words("\\pard");
     if (inTable) {
-        word("intbl");
+        m_rtf.word("intbl");
     }
     const Qt::Alignment align = bf.alignment() & Qt::AlignHorizontal_Mask;
     if (align & Qt::AlignHCenter) {
-        word("qc");
+        m_rtf.word("qc");
     } else if (align & (Qt::AlignRight | Qt::AlignTrailing)) {
-        word("qr");
+        m_rtf.word("qr");
     } else if (align & Qt::AlignJustify) {
-        word("qj");
+        m_rtf.word("qj");
     }
     const QTextList* list = block.textList();
     int left = twips(bf.leftMargin());
     int first = twips(bf.textIndent());
     if (list) {
         const int level = std::clamp(list->format().indent(), 1, 9) - 1;
-        word("ls", m_lists.value(list));
-        word("ilvl", std::clamp(list->format().indent(), 1, 9) == 1 ? 0 : level);
-        left += kListIndentTwips * (level + 1);
+        m_rtf.word("ls", m_lists.value(list));
+        m_rtf.word("ilvl", std::clamp(list->format().indent(), 1, 9) == 1 ? 0 : level);
+        left += RtfListTableWriter::kIndentPerLevel * (level + 1);
         first = -360;
     } else if (bf.indent() > 0) {
         left += twips(bf.indent() * m_document.indentWidth());
     }
     if (left != 0) {
-        word("li", std::clamp(left, -31680, 31680));
+        m_rtf.word("li", std::clamp(left, -31680, 31680));
     }
     if (first != 0) {
-        word("fi", std::clamp(first, -31680, 31680));
+        m_rtf.word("fi", std::clamp(first, -31680, 31680));
     }
     if (bf.rightMargin() != 0) {
-        word("ri", std::clamp(twips(bf.rightMargin()), -31680, 31680));
+        m_rtf.word("ri", std::clamp(twips(bf.rightMargin()), -31680, 31680));
     }
     if (bf.topMargin() > 0) {
-        word("sb", std::clamp(twips(bf.topMargin()), 0, 31680));
+        m_rtf.word("sb", std::clamp(twips(bf.topMargin()), 0, 31680));
     }
     if (bf.bottomMargin() > 0) {
-        word("sa", std::clamp(twips(bf.bottomMargin()), 0, 31680));
+        m_rtf.word("sa", std::clamp(twips(bf.bottomMargin()), 0, 31680));
     }
     switch (bf.lineHeightType()) {
     case QTextBlockFormat::ProportionalHeight:
         if (bf.lineHeight() > 0 && std::abs(bf.lineHeight() - 100) > 0.01) {
-            word("sl", std::clamp(int(std::lround(bf.lineHeight() * 240 / 100)), 1, 31680));
-            word("slmult", 1);
+            m_rtf.word("sl", std::clamp(int(std::lround(bf.lineHeight() * 240 / 100)), 1, 31680));
+            m_rtf.word("slmult", 1);
         }
         break;
     case QTextBlockFormat::FixedHeight:
-        word("sl", -std::clamp(twips(bf.lineHeight()), 1, 31680));
-        word("slmult", 0);
+        m_rtf.word("sl", -std::clamp(twips(bf.lineHeight()), 1, 31680));
+        m_rtf.word("slmult", 0);
         break;
     case QTextBlockFormat::MinimumHeight:
-        word("sl", std::clamp(twips(bf.lineHeight()), 1, 31680));
-        word("slmult", 0);
+        m_rtf.word("sl", std::clamp(twips(bf.lineHeight()), 1, 31680));
+        m_rtf.word("slmult", 0);
         break;
     default:
         break;
@@ -595,21 +478,21 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
     for (const QTextOption::Tab& tab : bf.tabPositions()) {
         switch (tab.type) {
         case QTextOption::RightTab:
-            word("tqr");
+            m_rtf.word("tqr");
             break;
         case QTextOption::CenterTab:
-            word("tqc");
+            m_rtf.word("tqc");
             break;
         case QTextOption::DelimiterTab:
-            word("tqdec");
+            m_rtf.word("tqdec");
             break;
         default:
             break;
         }
-        word("tx", std::clamp(twips(tab.position), 0, 31680));
+        m_rtf.word("tx", std::clamp(twips(tab.position), 0, 31680));
     }
     if (bf.hasProperty(QTextFormat::BackgroundBrush) && bf.background().style() != Qt::NoBrush) {
-        word("cbpat", colourNumber(bf.background().color()));
+        m_rtf.word("cbpat", colourNumber(bf.background().color()));
     }
     const int sides = bf.intProperty(TextProperty::BorderSides);
     if (sides != 0) {
@@ -630,25 +513,25 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
             if (!(sides & bit)) {
                 continue;
             }
-            word(name);
-            word(borderStyleWord(style));
-            word("brdrw", width);
+            m_rtf.word(name);
+            m_rtf.word(borderStyleWord(style));
+            m_rtf.word("brdrw", width);
             if (spacing > 0) {
-                word("brsp", spacing);
+                m_rtf.word("brsp", spacing);
             }
             if (colour.isValid()) {
-                word("brdrcf", colourNumber(colour));
+                m_rtf.word("brdrcf", colourNumber(colour));
             }
         }
     }
     if (bf.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore) {
-        word("pagebb");
+        m_rtf.word("pagebb");
     }
     if (bf.nonBreakableLines()) {
-        word("keep");
+        m_rtf.word("keep");
     }
     if (bf.headingLevel() > 0 && bf.headingLevel() <= 6) {
-        word("outlinelevel", bf.headingLevel() - 1);
+        m_rtf.word("outlinelevel", bf.headingLevel() - 1);
     }
     if (list) {
         // The marker as text, for readers without list tables.
@@ -667,14 +550,12 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
             marker = list->itemText(block);
             break;
         }
-        raw("{\\listtext\\pard\\plain");
-        m_delimit = true;
-        word("f", 0);
-        word("fs", m_current.halfPoints);
-        text(marker);
-        word("tab");
-        raw("}");
-        m_delimit = false;
+        m_rtf.words("{\\listtext\\pard\\plain");
+        m_rtf.word("f", 0);
+        m_rtf.word("fs", m_current.halfPoints);
+        m_rtf.text(marker);
+        m_rtf.word("tab");
+        m_rtf.raw("}");
     }
 
     if (block.length() <= 1) {
@@ -684,9 +565,8 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
         writeFragment(it.fragment());
     }
     closeLink();
-    word(lastInCell ? "cell" : "par");
-    raw("\n");
-    m_delimit = false;
+    m_rtf.word(lastInCell ? "cell" : "par");
+    m_rtf.raw("\n");
 }
 
 void RtfWriter::writeFragment(const QTextFragment& fragment)
@@ -710,77 +590,25 @@ void RtfWriter::writeFragment(const QTextFragment& fragment)
         const QString hidden = HiddenTextObject::text(format);
         for (qsizetype i = 0; i < content.size(); ++i) {
             const CharProps saved = m_current;
-            raw("{");
-            word("v");
+            m_rtf.raw("{");
+            m_rtf.word("v");
             writeCharDiff(charProps(format));
-            text(hidden);
-            raw("}");
-            m_delimit = false;
+            m_rtf.text(hidden);
+            m_rtf.raw("}");
             m_current = saved;
         }
         return;
     }
     if (format.isImageFormat()) {
         for (qsizetype i = 0; i < content.size(); ++i) {
-            writePicture(format);
+            RtfPictureWriter::write(m_rtf, m_document, format);
         }
         return;
     }
     writeCharDiff(charProps(format));
     QString visible = content;
     visible.remove(QChar::ObjectReplacementCharacter);
-    text(visible);
-}
-
-void RtfWriter::writePicture(const QTextCharFormat& format)
-{
-    const QTextImageFormat image = format.toImageFormat();
-    const QByteArray original = image.property(TextProperty::PictureData).toByteArray();
-    const QString header = image.stringProperty(TextProperty::PictureHeader);
-    QByteArray data;
-    QByteArray description;
-    const QImage picture = DocumentPictures::image(m_document, image);
-    if (!original.isEmpty() && !header.isEmpty()) {
-        data = original;
-        description = header.toLatin1();
-    } else {
-        if (picture.isNull()) {
-            return;
-        }
-        QBuffer buffer(&data);
-        buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "PNG");
-        description = "\\pngblip\\picw" + QByteArray::number(picture.width()) + "\\pich" +
-                      QByteArray::number(picture.height());
-    }
-    qreal width = image.width();
-    qreal height = image.height();
-    if (width <= 0 || height <= 0) {
-        width = picture.width();
-        height = picture.height();
-    }
-    raw("{\\pict");
-    m_out.append(description);
-    m_delimit = !description.isEmpty();
-    if (width > 0 && height > 0) {
-        word("picwgoal", std::clamp(twips(width), 1, 31680 * 4));
-        word("pichgoal", std::clamp(twips(height), 1, 31680 * 4));
-    }
-    raw("\n");
-    const qsizetype start = m_out.size();
-    m_out.resize(start + data.size() * 2 + data.size() / 64 + 1);
-    char* out = m_out.data() + start;
-    for (qsizetype i = 0; i < data.size(); ++i) {
-        const auto b = quint8(data[i]);
-        *out++ = kHex[b >> 4];
-        *out++ = kHex[b & 0xF];
-        if ((i & 63) == 63) {
-            *out++ = '\n';
-        }
-    }
-    m_out.resize(out - m_out.data());
-    raw("}");
-    m_delimit = false;
+    m_rtf.text(visible);
 }
 
 RtfWriter::CharProps RtfWriter::charProps(const QTextCharFormat& format)
@@ -852,47 +680,47 @@ void RtfWriter::writeCharDiff(const CharProps& t)
 {
     CharProps& c = m_current;
     if (t.font != c.font) {
-        word("f", t.font);
+        m_rtf.word("f", t.font);
     }
     if (t.halfPoints != c.halfPoints) {
-        word("fs", t.halfPoints);
+        m_rtf.word("fs", t.halfPoints);
     }
     if (t.bold != c.bold) {
-        t.bold ? word("b") : word("b", 0);
+        t.bold ? m_rtf.word("b") : m_rtf.word("b", 0);
     }
     if (t.italic != c.italic) {
-        t.italic ? word("i") : word("i", 0);
+        t.italic ? m_rtf.word("i") : m_rtf.word("i", 0);
     }
     if (t.strike != c.strike) {
-        t.strike ? word("strike") : word("strike", 0);
+        t.strike ? m_rtf.word("strike") : m_rtf.word("strike", 0);
     }
     if (t.underline != c.underline) {
         static const char* const underline[] = {"ulnone", "ul", "uld", "uldash", "ulwave"};
-        word(underline[std::clamp(t.underline, 0, 4)]);
+        m_rtf.word(underline[std::clamp(t.underline, 0, 4)]);
     }
     if (t.vertical != c.vertical) {
-        word(t.vertical == 1 ? "super" : t.vertical == 2 ? "sub" : "nosupersub");
+        m_rtf.word(t.vertical == 1 ? "super" : t.vertical == 2 ? "sub" : "nosupersub");
     }
     if (t.caps != c.caps) {
         if (c.caps == 1) {
-            word("caps", 0);
+            m_rtf.word("caps", 0);
         } else if (c.caps == 2) {
-            word("scaps", 0);
+            m_rtf.word("scaps", 0);
         }
         if (t.caps == 1) {
-            word("caps");
+            m_rtf.word("caps");
         } else if (t.caps == 2) {
-            word("scaps");
+            m_rtf.word("scaps");
         }
     }
     if (t.foreground != c.foreground) {
-        word("cf", t.foreground);
+        m_rtf.word("cf", t.foreground);
     }
     if (t.background != c.background) {
-        word("chcbpat", t.background);
+        m_rtf.word("chcbpat", t.background);
     }
     if (t.spacing != c.spacing) {
-        word("expndtw", t.spacing);
+        m_rtf.word("expndtw", t.spacing);
     }
     c = t;
 }
@@ -901,23 +729,20 @@ void RtfWriter::openLink(const QString& href)
 {
     m_beforeLink = m_current;
     m_link = href;
-    raw("{\\field{\\*\\fldinst{HYPERLINK ");
-    m_delimit = false;
+    m_rtf.raw("{\\field{\\*\\fldinst{HYPERLINK ");
     auto quoted = [this](QString value) {
         value.replace(QLatin1Char('"'), QLatin1String("%22"));
-        raw("\"");
-        text(value);
-        raw("\"");
-        m_delimit = false;
+        m_rtf.raw("\"");
+        m_rtf.text(value);
+        m_rtf.raw("\"");
     };
     if (href.startsWith(QLatin1Char('#'))) {
-        raw("\\\\l ");
+        m_rtf.raw("\\\\l ");
         quoted(href.mid(1));
     } else {
         quoted(href);
     }
-    raw("}}{\\fldrslt{");
-    m_delimit = false;
+    m_rtf.raw("}}{\\fldrslt{");
 }
 
 void RtfWriter::closeLink()
@@ -925,8 +750,7 @@ void RtfWriter::closeLink()
     if (m_link.isEmpty()) {
         return;
     }
-    raw("}}}");
-    m_delimit = false;
+    m_rtf.raw("}}}");
     m_link.clear();
     m_current = m_beforeLink;
 }
@@ -935,21 +759,17 @@ void RtfWriter::updateBookmarks(const QStringList& names)
 {
     for (qsizetype i = m_openBookmarks.size() - 1; i >= 0; --i) {
         if (!names.contains(m_openBookmarks[i])) {
-            raw("{\\*\\bkmkend ");
-            m_delimit = false;
-            text(m_openBookmarks[i]);
-            raw("}");
-            m_delimit = false;
+            m_rtf.raw("{\\*\\bkmkend ");
+            m_rtf.text(m_openBookmarks[i]);
+            m_rtf.raw("}");
             m_openBookmarks.removeAt(i);
         }
     }
     for (const QString& name : names) {
         if (!m_openBookmarks.contains(name) && !name.isEmpty()) {
-            raw("{\\*\\bkmkstart ");
-            m_delimit = false;
-            text(name);
-            raw("}");
-            m_delimit = false;
+            m_rtf.raw("{\\*\\bkmkstart ");
+            m_rtf.text(name);
+            m_rtf.raw("}");
             m_openBookmarks << name;
         }
     }
@@ -958,80 +778,6 @@ void RtfWriter::updateBookmarks(const QStringList& names)
 void RtfWriter::closeBookmarks()
 {
     updateBookmarks({});
-}
-
-void RtfWriter::word(const char* controlWord)
-{
-    m_out.append('\\');
-    m_out.append(controlWord);
-    m_delimit = true;
-}
-
-void RtfWriter::word(const char* controlWord, int parameter)
-{
-    m_out.append('\\');
-    m_out.append(controlWord);
-    m_out.append(QByteArray::number(parameter));
-    m_delimit = true;
-}
-
-void RtfWriter::text(QStringView value)
-{
-    for (const QChar ch : value) {
-        const char16_t u = ch.unicode();
-        if (u >= 0x20 && u < 0x80) {
-            if (m_delimit) {
-                m_out.append(' ');
-                m_delimit = false;
-            }
-            if (u == '\\' || u == '{' || u == '}') {
-                m_out.append('\\');
-            }
-            m_out.append(char(u));
-            continue;
-        }
-        switch (u) {
-        case u'\t':
-            word("tab");
-            continue;
-        case 0x2028:
-        case 0x2029:
-        case u'\n':
-            word("line");
-            continue;
-        case 0x00A0:
-            raw("\\~");
-            m_delimit = false;
-            continue;
-        case 0x00AD:
-            raw("\\-");
-            m_delimit = false;
-            continue;
-        case 0x2011:
-            raw("\\_");
-            m_delimit = false;
-            continue;
-        case QChar::ObjectReplacementCharacter:
-            continue;
-        default:
-            break;
-        }
-        if (u < 0x20) {
-            continue;
-        }
-        const int b = cp1252Byte(u);
-        if (b >= 0) {
-            m_out.append("\\'");
-            m_out.append(kHex[b >> 4]);
-            m_out.append(kHex[b & 0xF]);
-            m_delimit = false;
-            continue;
-        }
-        m_out.append("\\u");
-        m_out.append(QByteArray::number(int(qint16(u))));
-        m_out.append('?');
-        m_delimit = false;
-    }
 }
 
 } // namespace kestrum::text

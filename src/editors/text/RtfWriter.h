@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/RtfEmitter.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/PageLayout.h"
 
@@ -22,7 +23,7 @@ namespace kestrum::text {
 // colour table (so colour numbers are kept), list tables, paragraphs with their formats, tables
 // with merged cells, shading and borders, pictures (their original bytes when they were read
 // from RTF, PNG otherwise), hyperlinks as HYPERLINK fields, bookmarks, hidden text, the page
-// size and margins. Text is 7-bit: Windows-1252 characters as \'hh, the rest as \uN.
+// size and margins. Text is 7-bit, escaped by the common RTF emitter.
 class RtfWriter
 {
 public:
@@ -59,22 +60,12 @@ private:
     void writeTable(const QTextTable* table);
     void writeBlock(const QTextBlock& block, bool inTable, bool lastInCell);
     void writeFragment(const QTextFragment& fragment);
-    void writePicture(const QTextCharFormat& format);
     void writeCharDiff(const CharProps& target);
     CharProps charProps(const QTextCharFormat& format);
     void openLink(const QString& href);
     void closeLink();
     void updateBookmarks(const QStringList& names);
     void closeBookmarks();
-    void word(const char* controlWord);
-    void word(const char* controlWord, int parameter);
-    void text(QStringView text);
-    // Bytes as they are; a control word at their end needs m_delimit set by the caller.
-    void raw(const char* bytes)
-    {
-        m_out.append(bytes);
-        m_delimit = false;
-    }
     int colourNumber(const QColor& colour);
     int fontIndex(const QString& family);
     QString defaultFamily() const;
@@ -82,8 +73,7 @@ private:
     const QTextDocument& m_document;
     ColourTable m_colours;
     PageLayout m_layout;
-    QByteArray m_out;
-    bool m_delimit = false;
+    common::RtfEmitter m_rtf;
 
     QStringList m_fonts;
     QHash<QString, int> m_fontIndex;

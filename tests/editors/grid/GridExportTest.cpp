@@ -16,6 +16,7 @@
 
 #include <QProcess>
 #include <QStandardPaths>
+#include <QStringDecoder>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCursor>
@@ -86,9 +87,18 @@ std::vector<QStringList> rtfCells(const QByteArray& rtf)
             --depth;
         } else if (c == '\\') {
             qsizetype j = i + 1;
+            if (j < rtf.size() && rtf[j] == '\'' && j + 2 < rtf.size()) {
+                // \'hh: a byte of the document's code page (Windows-1252)
+                if (skipDepth < 0) {
+                    const char byte = char(rtf.mid(j + 1, 2).toInt(nullptr, 16));
+                    cell += QStringDecoder("windows-1252").decode(QByteArrayView(&byte, 1));
+                }
+                i = j + 2;
+                continue;
+            }
             if (j < rtf.size() && !QChar::fromLatin1(rtf[j]).isLetter()) {
                 if (skipDepth < 0) {
-                    cell += QChar::fromLatin1(rtf[j]);
+                    cell += rtf[j] == '~' ? QChar(0x00A0) : QChar::fromLatin1(rtf[j]);
                 }
                 i = j;
                 continue;

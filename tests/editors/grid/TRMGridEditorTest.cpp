@@ -4,12 +4,12 @@
 #include "GridSamples.h"
 
 #include "ui/ColourSelector.h"
-#include "editors/grid/GridFindDialog.h"
-#include "editors/grid/GridReplaceDialog.h"
+#include "editors/grid/widgets/GridFindDialog.h"
+#include "editors/grid/widgets/GridReplaceDialog.h"
 #include "editors/grid/GridStream.h"
-#include "editors/grid/GridTableModel.h"
-#include "editors/grid/GridView.h"
-#include "editors/grid/TRMGridEditor.h"
+#include "editors/grid/widgets/GridTableModel.h"
+#include "editors/grid/widgets/GridView.h"
+#include "editors/grid/widgets/TRMGridEditor.h"
 #include "support/ScriptedDialogs.h"
 
 #include <QAbstractItemModelTester>

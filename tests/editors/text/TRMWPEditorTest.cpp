@@ -1,21 +1,21 @@
 // The text page editor, headless with scripted dialogs: its actions and menus, the colour
 // rules, the modified-flag rules, the dialogs, tables, the ruler, pictures, language and print.
 
-#include "editors/text/TRMWPEditor.h"
+#include "editors/text/widgets/TRMWPEditor.h"
 #include "ui/ColourSelector.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/TextProperties.h"
-#include "editors/text/WPBordersDialog.h"
-#include "editors/text/WPBulletsDialog.h"
-#include "editors/text/WPFindDialog.h"
-#include "editors/text/WPPageSetupDialog.h"
-#include "editors/text/WPParagraphDialog.h"
-#include "editors/text/WPRuler.h"
-#include "editors/text/WPTabStopsDialog.h"
-#include "editors/text/WPTableDialog.h"
-#include "editors/text/WPView.h"
+#include "editors/text/widgets/WPBordersDialog.h"
+#include "editors/text/widgets/WPBulletsDialog.h"
+#include "editors/text/widgets/WPFindDialog.h"
+#include "editors/text/widgets/WPPageSetupDialog.h"
+#include "editors/text/widgets/WPParagraphDialog.h"
+#include "editors/text/widgets/WPRuler.h"
+#include "editors/text/widgets/WPTabStopsDialog.h"
+#include "editors/text/widgets/WPTableDialog.h"
+#include "editors/text/widgets/WPView.h"
 #include "support/ScriptedDialogs.h"
 
 #include <QAbstractTextDocumentLayout>

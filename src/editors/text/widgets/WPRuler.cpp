@@ -1,7 +1,7 @@
 #include "WPRuler.h"
 
 #include "common/Colour.h"
-#include "editors/text/WPView.h"
+#include "editors/text/widgets/WPView.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QLocale>

@@ -1,22 +1,23 @@
 #include "TRMWPEditor.h"
 #include "ui/WaitCursor.h"
 
-#include "ui/Dialogs.h"
-#include "ui/ColourSelector.h"
 #include "editors/text/ColourTable.h"
+#include "editors/text/TextEditCommands.h"
 #include "editors/text/TextExporter.h"
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/TextProperties.h"
-#include "editors/text/WPBordersDialog.h"
-#include "editors/text/WPBulletsDialog.h"
-#include "editors/text/WPFindDialog.h"
-#include "editors/text/WPIcons.h"
-#include "editors/text/WPPageSetupDialog.h"
-#include "editors/text/WPParagraphDialog.h"
-#include "editors/text/WPRuler.h"
-#include "editors/text/WPTabStopsDialog.h"
-#include "editors/text/WPTableDialog.h"
-#include "editors/text/WPView.h"
+#include "editors/text/widgets/WPBordersDialog.h"
+#include "editors/text/widgets/WPBulletsDialog.h"
+#include "editors/text/widgets/WPFindDialog.h"
+#include "editors/text/widgets/WPIcons.h"
+#include "editors/text/widgets/WPPageSetupDialog.h"
+#include "editors/text/widgets/WPParagraphDialog.h"
+#include "editors/text/widgets/WPRuler.h"
+#include "editors/text/widgets/WPTabStopsDialog.h"
+#include "editors/text/widgets/WPTableDialog.h"
+#include "editors/text/widgets/WPView.h"
+#include "ui/ColourSelector.h"
+#include "ui/Dialogs.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -42,46 +43,6 @@ namespace kestrum::text {
 namespace {
 
 using ui::WaitCursor;
-
-// Calls `visit` for every paragraph the cursor's selection touches (the caret's paragraph when
-// nothing is selected).
-template <typename Visit> void forEachSelectedBlock(const QTextCursor& cursor, Visit&& visit)
-{
-    const QTextDocument* doc = cursor.document();
-    const QTextBlock last = doc->findBlock(cursor.selectionEnd());
-    for (QTextBlock block = doc->findBlock(cursor.selectionStart()); block.isValid();
-         block = block.next()) {
-        visit(block);
-        if (block == last) {
-            break;
-        }
-    }
-}
-
-// Takes the selected paragraphs out of their lists; with `format`, puts them into one new list
-// of that format. `resetIndent` also clears the indent their old list gave them.
-void relistSelection(const QTextCursor& cursor, const std::optional<QTextListFormat>& format,
-                     bool resetIndent)
-{
-    QTextList* created = nullptr;
-    forEachSelectedBlock(cursor, [&](const QTextBlock& block) {
-        if (QTextList* old = block.textList()) {
-            old->remove(block);
-            if (resetIndent) {
-                QTextBlockFormat plain = block.blockFormat();
-                plain.setIndent(0);
-                QTextCursor(block).setBlockFormat(plain);
-            }
-        }
-        if (format) {
-            if (!created) {
-                created = QTextCursor(block).createList(*format);
-            } else {
-                created->add(block);
-            }
-        }
-    });
-}
 
 constexpr const char* kEnglish = "kestrumEnglishCaption";
 
@@ -118,10 +79,11 @@ TRMWPEditor::TRMWPEditor(QWidget* parent)
       m_ruler(new WPRuler(m_view, this)), m_toolBar(new QToolBar(this)),
       m_fontName(new QFontComboBox(this)), m_fontSize(new QComboBox(this)),
       m_panel1(new QWidget(this)), m_actionList(new QObject(this)), m_popup(new QMenu(this)),
-      m_tableMenu(nullptr), m_fontColour(new ui::ColourSelector(ui::ColourSelector::Kind::Text,
-                                                            QStringLiteral("Font colour"), this)),
+      m_tableMenu(nullptr),
+      m_fontColour(new ui::ColourSelector(ui::ColourSelector::Kind::Text,
+                                          QStringLiteral("Font colour"), this)),
       m_backColour(new ui::ColourSelector(ui::ColourSelector::Kind::Background,
-                                      QStringLiteral("Background colour"), this))
+                                          QStringLiteral("Background colour"), this))
 {
     setObjectName(QStringLiteral("TRMWPEditor"));
     m_actionList->setObjectName(QStringLiteral("ActionList1"));
@@ -552,48 +514,23 @@ void TRMWPEditor::mergeFormat(const QTextCharFormat& format)
 
 void TRMWPEditor::WPFontColorSelectColor(const QColor& colour)
 {
-    if (!colour.isValid()) {
-        return;
+    if (colour.isValid()) {
+        mergeFormat(TextEditCommands::foregroundFormat(colour, m_document->colours()));
     }
-    ColourTable& table = m_document->colours();
-    const int number = table.enter(colour);
-    QTextCharFormat format;
-    format.setForeground(number > 0 ? table.colour(number) : colour);
-    mergeFormat(format);
 }
 
 void TRMWPEditor::WPBackGroundColorSelectColor(const QColor& colour)
 {
-    if (!colour.isValid()) {
-        return;
+    if (colour.isValid()) {
+        mergeFormat(TextEditCommands::backgroundFormat(colour, m_document->colours()));
     }
-    ColourTable& table = m_document->colours();
-    // Black is not entered: it sets the background colour number 18.
-    const bool black = colour.red() == 0 && colour.green() == 0 && colour.blue() == 0;
-    const int number = black ? ColourTable::kBlackBackgroundNumber : table.enter(colour);
-    QTextCharFormat format;
-    format.setBackground(number > 0 ? table.colour(number) : colour);
-    mergeFormat(format);
 }
 
 void TRMWPEditor::WPViewCharacterAttrChange()
 {
     const QTextCharFormat format = m_view->currentCharFormat();
-    QColor text = Qt::black;
-    if (format.hasProperty(QTextFormat::ForegroundBrush) &&
-        format.foreground().style() != Qt::NoBrush) {
-        text = format.foreground().color();
-    }
-    QColor background = Qt::white;
-    if (format.hasProperty(QTextFormat::BackgroundBrush) &&
-        format.background().style() != Qt::NoBrush) {
-        // A colour of its own: the table entry it is, or the colour itself.
-        const int number = m_document->colours().indexOf(format.background().color());
-        background =
-            number > 0 ? m_document->colours().colour(number) : format.background().color();
-    }
-    m_fontColour->setColour(text);
-    m_backColour->setColour(background);
+    m_fontColour->setColour(TextEditCommands::shownForeground(format));
+    m_backColour->setColour(TextEditCommands::shownBackground(format, m_document->colours()));
 }
 
 // ---- files -------------------------------------------------------------------------------------
@@ -734,16 +671,11 @@ void TRMWPEditor::bulletsDialog()
 {
     WPBulletsDialog dialog(this);
     dialog.setWindowTitle(text("Bullets and numbering"));
-    QTextCursor cursor = m_view->textCursor();
-    const QTextList* list = cursor.currentList();
+    const QTextList* list = m_view->textCursor().currentList();
     dialog.setListFormat(list ? std::optional<QTextListFormat>(list->format()) : std::nullopt);
-    if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
-        return;
+    if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
+        TextEditCommands(m_view->textCursor()).setList(dialog.listFormat());
     }
-    const std::optional<QTextListFormat> format = dialog.listFormat();
-    cursor.beginEditBlock();
-    relistSelection(cursor, format, true);
-    cursor.endEditBlock();
 }
 
 void TRMWPEditor::tabStopsDialog()
@@ -772,43 +704,22 @@ void TRMWPEditor::bordersDialog()
 {
     WPBordersDialog dialog(this);
     dialog.setWindowTitle(text("Borders"));
-    const QTextBlockFormat current = m_view->textCursor().blockFormat();
+    TextEditCommands commands(m_view->textCursor());
+    const TextEditCommands::ParagraphBorder current = commands.paragraphBorder();
     WPBordersDialog::Border border;
-    border.sides = current.intProperty(TextProperty::BorderSides);
-    if (current.hasProperty(TextProperty::BorderWidth)) {
-        border.width = current.intProperty(TextProperty::BorderWidth);
-    }
-    if (current.hasProperty(TextProperty::BorderStyle)) {
-        border.style = current.intProperty(TextProperty::BorderStyle);
-    }
-    border.spacing = current.intProperty(TextProperty::BorderSpacing);
-    border.colour = current.property(TextProperty::BorderColour).value<QColor>();
+    border.sides = current.sides;
+    border.width = current.width;
+    border.style = current.style;
+    border.spacing = current.spacing;
+    border.colour = current.colour;
     dialog.setBorder(border);
     if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
         return;
     }
     const WPBordersDialog::Border chosen = dialog.border();
-    QTextBlockFormat format;
-    format.setProperty(TextProperty::BorderSides, chosen.sides);
-    format.setProperty(TextProperty::BorderWidth, chosen.width);
-    format.setProperty(TextProperty::BorderStyle, chosen.style);
-    format.setProperty(TextProperty::BorderSpacing, chosen.spacing);
-    if (chosen.colour.isValid()) {
-        format.setProperty(TextProperty::BorderColour, chosen.colour);
-        m_document->colours().enter(chosen.colour);
-    }
-    QTextCursor cursor = m_view->textCursor();
-    cursor.beginEditBlock();
-    cursor.mergeBlockFormat(format);
-    if (!chosen.colour.isValid()) {
-        // The colour of the text: clear any colour the paragraphs had.
-        forEachSelectedBlock(cursor, [](const QTextBlock& block) {
-            QTextBlockFormat f = block.blockFormat();
-            f.clearProperty(TextProperty::BorderColour);
-            QTextCursor(block).setBlockFormat(f);
-        });
-    }
-    cursor.endEditBlock();
+    commands.setParagraphBorder(
+        {chosen.sides, chosen.width, chosen.style, chosen.spacing, chosen.colour},
+        m_document->colours());
     m_view->viewport()->update();
 }
 
@@ -842,24 +753,7 @@ void TRMWPEditor::alignJustify()
 
 void TRMWPEditor::toggleList(int style)
 {
-    QTextCursor cursor = m_view->textCursor();
-    QTextList* list = cursor.currentList();
-    const bool bullets = style >= QTextListFormat::ListSquare;
-    const bool sameKind =
-        list && ((list->format().style() >= QTextListFormat::ListSquare) == bullets);
-    cursor.beginEditBlock();
-    if (sameKind) {
-        relistSelection(cursor, std::nullopt, true);
-    } else {
-        QTextListFormat format;
-        format.setStyle(QTextListFormat::Style(style));
-        format.setIndent(list ? list->format().indent() : 1);
-        if (!bullets) {
-            format.setNumberSuffix(QStringLiteral("."));
-        }
-        relistSelection(cursor, format, false);
-    }
-    cursor.endEditBlock();
+    TextEditCommands(m_view->textCursor()).toggleList(QTextListFormat::Style(style));
     updateFormatActions();
 }
 
@@ -875,22 +769,7 @@ void TRMWPEditor::toggleNumbers()
 
 void TRMWPEditor::changeLevel(int delta)
 {
-    QTextCursor cursor = m_view->textCursor();
-    QTextList* list = cursor.currentList();
-    cursor.beginEditBlock();
-    if (list) {
-        QTextListFormat format = list->format();
-        const int indent = std::clamp(format.indent() + delta, 1, 9);
-        if (indent != format.indent()) {
-            format.setIndent(indent);
-            relistSelection(cursor, format, false);
-        }
-    } else {
-        QTextBlockFormat format = cursor.blockFormat();
-        format.setIndent(std::clamp(format.indent() + delta, 0, 20));
-        cursor.setBlockFormat(format);
-    }
-    cursor.endEditBlock();
+    TextEditCommands(m_view->textCursor()).changeLevel(delta);
 }
 
 void TRMWPEditor::priorLevel()
@@ -1011,215 +890,74 @@ void TRMWPEditor::createTable()
         return;
     }
     const WPTableDialog::Table t = dialog.table();
-    QTextTableFormat format;
-    format.setBorder(t.border);
-    format.setBorderStyle(t.border > 0 ? QTextFrameFormat::BorderStyle_Solid
-                                       : QTextFrameFormat::BorderStyle_None);
-    format.setBorderBrush(QColor(Qt::black));
-    format.setBorderCollapse(true);
-    format.setCellSpacing(0);
-    format.setCellPadding(t.padding);
-    QList<QTextLength> widths;
-    for (int c = 0; c < t.columns; ++c) {
-        widths << QTextLength(QTextLength::PercentageLength, 100.0 / t.columns);
-    }
-    format.setColumnWidthConstraints(widths);
-    QTextTable* table = m_view->textCursor().insertTable(t.rows, t.columns, format);
-    m_view->setTextCursor(table->cellAt(0, 0).firstCursorPosition());
+    m_view->setTextCursor(TextEditCommands(m_view->textCursor())
+                              .insertTable({t.rows, t.columns, t.border, t.padding}));
 }
 
 void TRMWPEditor::insertRow()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        const QTextTableCell cell = table->cellAt(cursor);
-        table->insertRows(cell.row() + cell.rowSpan(), 1);
-    }
+    TextEditCommands(m_view->textCursor()).insertRow();
 }
 
 void TRMWPEditor::insertColumn()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        const QTextTableCell cell = table->cellAt(cursor);
-        const int at = cell.column() + cell.columnSpan();
-        QTextTableFormat format = table->format();
-        QList<QTextLength> widths = format.columnWidthConstraints();
-        table->insertColumns(at, 1);
-        if (!widths.isEmpty()) {
-            // Percentage columns share the width again; fixed ones get their neighbour's width.
-            if (widths.first().type() == QTextLength::PercentageLength) {
-                widths.clear();
-                for (int c = 0; c < table->columns(); ++c) {
-                    widths << QTextLength(QTextLength::PercentageLength, 100.0 / table->columns());
-                }
-            } else {
-                widths.insert(std::min<qsizetype>(at, widths.size()), widths.value(at - 1));
-            }
-            format = table->format();
-            format.setColumnWidthConstraints(widths);
-            table->setFormat(format);
-        }
-    }
+    TextEditCommands(m_view->textCursor()).insertColumn();
 }
 
 void TRMWPEditor::deleteRow()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        table->removeRows(table->cellAt(cursor).row(), 1);
-    }
+    TextEditCommands(m_view->textCursor()).deleteRow();
 }
 
 void TRMWPEditor::deleteColumn()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        const int column = table->cellAt(cursor).column();
-        QTextTableFormat format = table->format();
-        QList<QTextLength> widths = format.columnWidthConstraints();
-        table->removeColumns(column, 1);
-        if (table->columns() > 0 && column < widths.size()) {
-            widths.removeAt(column);
-            format = table->format();
-            format.setColumnWidthConstraints(widths);
-            table->setFormat(format);
-        }
-    }
+    TextEditCommands(m_view->textCursor()).deleteColumn();
 }
 
 void TRMWPEditor::selectRow()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        const int row = table->cellAt(cursor).row();
-        QTextCursor selection = table->cellAt(row, 0).firstCursorPosition();
-        selection.setPosition(
-            table->cellAt(row, table->columns() - 1).lastCursorPosition().position(),
-            QTextCursor::KeepAnchor);
-        m_view->setTextCursor(selection);
-    }
+    m_view->setTextCursor(TextEditCommands(m_view->textCursor()).rowSelection());
 }
 
 void TRMWPEditor::selectColumn()
 {
-    const QTextCursor cursor = m_view->textCursor();
-    if (QTextTable* table = cursor.currentTable()) {
-        const int column = table->cellAt(cursor).column();
-        QTextCursor selection = table->cellAt(0, column).firstCursorPosition();
-        selection.setPosition(
-            table->cellAt(table->rows() - 1, column).lastCursorPosition().position(),
-            QTextCursor::KeepAnchor);
-        m_view->setTextCursor(selection);
-    }
+    m_view->setTextCursor(TextEditCommands(m_view->textCursor()).columnSelection());
 }
 
-void TRMWPEditor::setBorders(int sides, bool toggle, bool on)
+void TRMWPEditor::setBorders(int sides, TextEditCommands::BorderChange change)
 {
-    QTextCursor cursor = m_view->textCursor();
-    cursor.beginEditBlock();
-    if (QTextTable* table = cursor.currentTable()) {
-        int firstRow = 0;
-        int rows = 0;
-        int firstColumn = 0;
-        int columns = 0;
-        cursor.selectedTableCells(&firstRow, &rows, &firstColumn, &columns);
-        if (rows <= 0 || columns <= 0) {
-            const QTextTableCell cell = table->cellAt(cursor);
-            firstRow = cell.row();
-            firstColumn = cell.column();
-            rows = columns = 1;
-        }
-        struct Side
-        {
-            int bit;
-            int width;
-            int style;
-            int brush;
-        };
-        const Side all[] = {
-            {BorderSide::Top, QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
-             QTextFormat::TableCellTopBorderBrush},
-            {BorderSide::Bottom, QTextFormat::TableCellBottomBorder,
-             QTextFormat::TableCellBottomBorderStyle, QTextFormat::TableCellBottomBorderBrush},
-            {BorderSide::Left, QTextFormat::TableCellLeftBorder,
-             QTextFormat::TableCellLeftBorderStyle, QTextFormat::TableCellLeftBorderBrush},
-            {BorderSide::Right, QTextFormat::TableCellRightBorder,
-             QTextFormat::TableCellRightBorderStyle, QTextFormat::TableCellRightBorderBrush},
-        };
-        const bool tableBorder = table->format().border() > 0;
-        for (int r = firstRow; r < firstRow + rows; ++r) {
-            for (int c = firstColumn; c < firstColumn + columns; ++c) {
-                QTextTableCell cell = table->cellAt(r, c);
-                if (cell.row() != r || cell.column() != c) {
-                    continue;
-                }
-                QTextTableCellFormat format = cell.format().toTableCellFormat();
-                for (const Side& side : all) {
-                    if (!(sides & side.bit)) {
-                        continue;
-                    }
-                    const bool has = format.hasProperty(side.width)
-                                         ? format.doubleProperty(side.width) > 0 &&
-                                               format.intProperty(side.style) !=
-                                                   QTextFrameFormat::BorderStyle_None
-                                         : tableBorder;
-                    const bool set = toggle ? !has : on;
-                    format.setProperty(side.width, set ? 1.0 : 0.0);
-                    format.setProperty(side.style, int(set ? QTextFrameFormat::BorderStyle_Solid
-                                                           : QTextFrameFormat::BorderStyle_None));
-                    format.setProperty(side.brush, QBrush(Qt::black));
-                }
-                cell.setFormat(format);
-            }
-        }
-    } else {
-        forEachSelectedBlock(cursor, [&](const QTextBlock& block) {
-            QTextBlockFormat format = block.blockFormat();
-            int current = format.intProperty(TextProperty::BorderSides);
-            if (toggle) {
-                current ^= sides;
-            } else if (on) {
-                current |= sides;
-            } else {
-                current &= ~sides;
-            }
-            format.setProperty(TextProperty::BorderSides, current);
-            QTextCursor(block).setBlockFormat(format);
-        });
-    }
-    cursor.endEditBlock();
+    TextEditCommands(m_view->textCursor()).setBorders(sides, change);
     m_view->viewport()->update();
 }
 
 void TRMWPEditor::topBorders()
 {
-    setBorders(BorderSide::Top, true, true);
+    setBorders(BorderSide::Top, TextEditCommands::BorderChange::Toggle);
 }
 
 void TRMWPEditor::bottomBorders()
 {
-    setBorders(BorderSide::Bottom, true, true);
+    setBorders(BorderSide::Bottom, TextEditCommands::BorderChange::Toggle);
 }
 
 void TRMWPEditor::leftBorders()
 {
-    setBorders(BorderSide::Left, true, true);
+    setBorders(BorderSide::Left, TextEditCommands::BorderChange::Toggle);
 }
 
 void TRMWPEditor::rightBorders()
 {
-    setBorders(BorderSide::Right, true, true);
+    setBorders(BorderSide::Right, TextEditCommands::BorderChange::Toggle);
 }
 
 void TRMWPEditor::bordersOn()
 {
-    setBorders(BorderSide::All, false, true);
+    setBorders(BorderSide::All, TextEditCommands::BorderChange::On);
 }
 
 void TRMWPEditor::bordersOff()
 {
-    setBorders(BorderSide::All, false, false);
+    setBorders(BorderSide::All, TextEditCommands::BorderChange::Off);
 }
 
 // ---- find and replace --------------------------------------------------------------------------

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "ui/EditorPanel.h"
+#include "editors/text/TextEditCommands.h"
 #include "editors/text/TextFinder.h"
 #include "editors/text/WPLanguageControl.h"
+#include "ui/EditorPanel.h"
 
 #include <QHash>
 #include <QPointer>
@@ -145,7 +146,7 @@ private:
     void bordersOff();
     void toggleList(int style);
     void changeLevel(int delta);
-    void setBorders(int sides, bool toggle, bool on);
+    void setBorders(int sides, TextEditCommands::BorderChange change);
     void runFindDialog(bool replace);
     bool loadWithMessage(const QString& path, bool external);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editors/grid/GridFindDialog.h"
+#include "editors/grid/widgets/GridFindDialog.h"
 
 namespace kestrum::grid {
 

@@ -1,8 +1,8 @@
 #include "GridView.h"
 
-#include "editors/grid/GridCellDelegate.h"
+#include "editors/grid/widgets/GridCellDelegate.h"
 #include "editors/grid/GridPageDocument.h"
-#include "editors/grid/GridTableModel.h"
+#include "editors/grid/widgets/GridTableModel.h"
 
 #include <QAbstractButton>
 #include <QHeaderView>

@@ -3,14 +3,14 @@
 
 #include "ui/ColourSelector.h"
 #include "ui/Dialogs.h"
-#include "editors/grid/GridClipboardData.h"
+#include "editors/grid/widgets/GridClipboardData.h"
 #include "editors/grid/GridExporter.h"
-#include "editors/grid/GridFindDialog.h"
-#include "editors/grid/GridIcons.h"
+#include "editors/grid/widgets/GridFindDialog.h"
+#include "editors/grid/widgets/GridIcons.h"
 #include "editors/grid/GridPrinter.h"
-#include "editors/grid/GridReplaceDialog.h"
+#include "editors/grid/widgets/GridReplaceDialog.h"
 #include "editors/grid/GridRowSizer.h"
-#include "editors/grid/GridView.h"
+#include "editors/grid/widgets/GridView.h"
 
 #include <QActionGroup>
 #include <QApplication>
