@@ -171,17 +171,25 @@ AxisRange categoryAxis(const Chart& chart, const ChartAxis& axis)
         }
         return AxisScale::resolve(axis, data);
     }
-    return AxisScale::resolve(axis, AxisScale::categoryRange(chart));
+    return AxisScale::resolve(axis, AxisScale::padded(AxisScale::categoryRange(chart)));
 }
 
 } // namespace
+
+AxisRange AxisScale::padded(AxisRange data)
+{
+    const double pad = (data.maximum - data.minimum) * 0.02;
+    return {data.minimum - pad, data.maximum + pad, data.increment};
+}
 
 AxisRange AxisScale::leftRange(const Chart& chart)
 {
     if (horizontal(chart)) {
         return categoryAxis(chart, chart.leftAxis);
     }
-    return resolve(chart.leftAxis, valueRange(chart));
+    // Point markers keep clear of the plot's edges.
+    const AxisRange values = valueRange(chart);
+    return resolve(chart.leftAxis, categoriesByIndex(chart) ? values : padded(values));
 }
 
 AxisRange AxisScale::bottomRange(const Chart& chart)

@@ -39,6 +39,8 @@ public:
     static AxisRange depthRange(const Chart& chart);
     // An axis with the data range `data`: as stored when manual, nice otherwise.
     static AxisRange resolve(const ChartAxis& axis, AxisRange data, bool nice = true);
+    // The range widened by 2 % on each side (room for point markers).
+    static AxisRange padded(AxisRange data);
     // Whether the chart's categories run along the left axis (horizontal bars).
     static bool horizontal(const Chart& chart);
     // Whether the chart is drawn as a pie (no axes).

@@ -108,6 +108,7 @@ private:
     const RenderOptions& o;
     QFontMetricsF fm;
     QRectF m_table;
+    double m_tableNames = 0; // width of the data table's series names
 };
 
 void Layout::paintTitle(QRectF& area)
@@ -164,12 +165,17 @@ void Layout::paintLegend(QRectF& area)
 
 void Layout::reserveDataTable(QRectF& area)
 {
-    if (!c.dataTableVisible || !byIndex(c) || c.firstIs(SeriesKind::Pie)) {
+    if (!c.dataTableVisible || !byIndex(c) || c.firstIs(SeriesKind::Pie) ||
+        AxisScale::horizontal(c)) {
         return;
     }
     const double line = fm.height() + 2;
     const double height = std::min((c.seriesCount() + 1) * line, area.height() / 2);
     m_table = QRectF(area.left(), area.bottom() - height, area.width(), height);
+    for (const ChartSeries& s : c.series) {
+        m_tableNames = std::max(m_tableNames, fm.horizontalAdvance(s.title) + 8);
+    }
+    m_tableNames = std::min(m_tableNames, area.width() / 4);
     area.setBottom(m_table.top() - 4);
 }
 
@@ -187,6 +193,14 @@ void Layout::paintDataTable(const ChartGeometry& g)
         points = std::max(points, s.points.size());
     }
     const double slot = points > 0 ? g.plot.width() / double(points) : 0;
+    // The header row names the categories.
+    if (slot >= fm.averageCharWidth() * 2) {
+        for (std::size_t i = 0; i < points; ++i) {
+            const double x = g.bottomToX(double(i));
+            p.drawText(QRectF(x - slot / 2, m_table.top(), slot, line), Qt::AlignCenter,
+                       fm.elidedText(tickLabel(c, double(i), 1, true), Qt::ElideRight, slot - 2));
+        }
+    }
     for (int s = 0; s < c.seriesCount() && (s + 1) * line < m_table.height(); ++s) {
         const double y = m_table.top() + (s + 1) * line;
         p.drawLine(QPointF(m_table.left(), y), QPointF(m_table.right(), y));
@@ -248,6 +262,7 @@ ChartGeometry Layout::paintAxes(QRectF area)
                  area.height() / 3);
     QRectF plot = area;
     plot.setLeft(area.left() + leftWidth + 8 + (c.leftAxis.title.isEmpty() ? 0 : fm.height() + 4));
+    plot.setLeft(std::max(plot.left(), area.left() + m_tableNames));
     plot.setBottom(area.bottom() - bottomHeight - 6 -
                    (c.bottomAxis.title.isEmpty() ? 0 : fm.height() + 4));
     plot.setTop(plot.top() + fm.height() / 2);
@@ -326,7 +341,14 @@ ChartGeometry Layout::paintAxes(QRectF area)
     }
     if (c.bottomAxis.visible) {
         p.drawLine(plot.bottomLeft(), plot.bottomRight());
-        const double minGap = c.bottomAxis.labelAngle == 0 ? bottomLabel + 6 : fm.height();
+        // Category labels share the width of their slot; numbers keep apart by their width.
+        const double slot = bottomCategories && g.bottom.maximum > g.bottom.minimum
+                                ? plot.width() / (g.bottom.maximum - g.bottom.minimum)
+                                : 0;
+        const bool elide = slot > 0 && c.bottomAxis.labelAngle == 0 && bottomLabel + 6 > slot;
+        const double minGap = elide                          ? fm.averageCharWidth() * 3
+                              : c.bottomAxis.labelAngle == 0 ? bottomLabel + 6
+                                                             : fm.height();
         double lastX = -1e300;
         for (double v : bottomTicks) {
             const double x = g.bottomToX(v);
@@ -335,7 +357,10 @@ ChartGeometry Layout::paintAxes(QRectF area)
             }
             lastX = x;
             p.drawLine(QPointF(x, plot.bottom()), QPointF(x, plot.bottom() + 4));
-            const QString text = tickLabel(c, v, g.bottom.increment, bottomCategories);
+            QString text = tickLabel(c, v, g.bottom.increment, bottomCategories);
+            if (elide) {
+                text = fm.elidedText(text, Qt::ElideRight, slot - 4);
+            }
             p.save();
             p.translate(x, plot.bottom() + 6);
             p.rotate(-c.bottomAxis.labelAngle);

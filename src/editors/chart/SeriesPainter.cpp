@@ -127,9 +127,17 @@ void SeriesPainter::paintLine(int s)
         m_painter.drawPolyline(line);
     }
     if (ser.pointerVisible || !byIndex) {
-        m_painter.setPen(QPen(QColor(Qt::black), 0));
         const double w = std::max(1, ser.pointerWidth);
         const double h = std::max(1, ser.pointerHeight);
+        if (!byIndex && !m_geometry.depth.isNull()) {
+            // In 3D each point casts its shadow on the back wall.
+            m_painter.setPen(Qt::NoPen);
+            m_painter.setBrush(QColor(0, 0, 0, 40));
+            for (const QPointF& at : line) {
+                paintMarker(m_painter, at + m_geometry.depth, ser.pointerShape, w, h);
+            }
+        }
+        m_painter.setPen(QPen(QColor(Qt::black), 0));
         for (int p = 0; p < int(line.size()); ++p) {
             m_painter.setBrush(colourOf(m_chart.pointColour(s, p)));
             paintMarker(m_painter, line[p], ser.pointerShape, w, h);

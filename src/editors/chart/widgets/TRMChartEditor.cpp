@@ -4,6 +4,7 @@
 #include "editors/chart/ChartMotion.h"
 #include "editors/chart/ChartRenderer.h"
 #include "editors/chart/widgets/ChartEditorDialog.h"
+#include "editors/chart/widgets/ChartIcons.h"
 #include "editors/chart/widgets/ChartView.h"
 #include "ui/Dialogs.h"
 
@@ -89,6 +90,7 @@ QAction* TRMChartEditor::addAction(const QString& name, const QString& text, con
     a->setObjectName(name);
     a->setToolTip(tip);
     a->setCheckable(checkable);
+    a->setIcon(ChartIcons::forCommand(name));
     connect(a, &QAction::triggered, this, slot);
     m_actions.insert(name, a);
     return a;
@@ -100,6 +102,7 @@ void TRMChartEditor::buildActions()
     auto* photo = new QAction(QStringLiteral("Copy"), this);
     photo->setObjectName(QStringLiteral("PhotoBtn"));
     photo->setToolTip(QStringLiteral("Copy the chart to the clipboard"));
+    photo->setIcon(ChartIcons::forCommand(photo->objectName()));
     m_actions.insert(photo->objectName(), photo);
     connect(photo, &QAction::triggered, this, [this, photo] {
         QWidget* button = nullptr;
