@@ -190,6 +190,48 @@ private slots:
         QCOMPARE(m_editor->chartDocument().chart().view3D.rotation, (r0 + dr) % 360);
     }
 
+    void zoomByRectangleAndBack()
+    {
+        Chart map;
+        map.series.push_back(samples::points(QStringLiteral("p"), {{0, 0}, {10, 10}}));
+        load(map);
+        QSignalSpy changed(&m_editor->document(), &store::PageDocument::contentChanged);
+        ChartView* view = m_editor->view();
+        QVERIFY(enabled("ZoomInBtn"));
+        // Before the zoom button is down a drag does nothing.
+        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(100, 100));
+        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(300, 300));
+        QVERIFY(!view->isZoomed());
+        trigger("ZoomInBtn");
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(view->zoomAllowed());
+        const ChartGeometry before = view->chartGeometry();
+        const QPointF from = before.toDevice(2, 8);
+        const QPointF to = before.toDevice(6, 4);
+        QTest::mousePress(view, Qt::LeftButton, {}, from.toPoint());
+        QTest::mouseMove(view, to.toPoint());
+        QTest::mouseRelease(view, Qt::LeftButton, {}, to.toPoint());
+        QVERIFY(view->isZoomed());
+        QVERIFY(view->renderOptions().zoomWindow);
+        const QRectF window = *view->renderOptions().zoomWindow;
+        QVERIFY(std::abs(window.left() - 2) < 0.2 && std::abs(window.right() - 6) < 0.2);
+        QVERIFY(std::abs(window.top() - 4) < 0.2 && std::abs(window.bottom() - 8) < 0.2);
+        view->repaint();
+        QVERIFY(std::abs(view->chartGeometry().bottom.minimum - 2) < 0.2);
+        // Dragging up and left undoes it; so does the zoom-out button.
+        QTest::mousePress(view, Qt::LeftButton, {}, QPoint(300, 300));
+        QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(100, 100));
+        QVERIFY(!view->isZoomed());
+        QTest::mousePress(view, Qt::LeftButton, {}, from.toPoint());
+        QTest::mouseRelease(view, Qt::LeftButton, {}, to.toPoint());
+        QVERIFY(view->isZoomed());
+        trigger("ZoomOutBtn");
+        QVERIFY(!view->isZoomed());
+        // Raising the zoom button ends the mouse zoom.
+        trigger("ZoomInBtn");
+        QVERIFY(!view->zoomAllowed());
+    }
+
     void animationTicksWithCrossedStartValues()
     {
         Chart c = cloud();

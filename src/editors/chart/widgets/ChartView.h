@@ -30,7 +30,7 @@ public:
     bool isZoomed() const { return m_zoomWindow.has_value() || m_zoom3D != 1; }
 
     RenderOptions renderOptions() const;
-    const ChartGeometry& geometry() const { return m_geometry; }
+    const ChartGeometry& chartGeometry() const { return m_geometry; }
     // The chart as it is shown, at the view's size.
     QImage toImage() const;
 
