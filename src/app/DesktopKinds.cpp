@@ -3,6 +3,7 @@
 
 #include "app/DesktopKinds.h"
 
+#include "editors/chart/widgets/TRMChartEditor.h"
 #include "editors/grid/widgets/TRMGridEditor.h"
 #include "editors/text/widgets/TRMWPEditor.h"
 
@@ -28,7 +29,8 @@ DesktopPageKinds desktopPageKinds()
         {.kind = EditorKind::Grid, .makeEditor = editor<grid::TRMGridEditor>(),
          .toolBar = "GridBar", .menu = "TableMenu", .menuTitle = "&Table", .findable = true,
          .hiddenWithAll = true, .toolBarHiddenWithAll = true, .clearedBeforeLoading = true},
-        {.kind = EditorKind::Chart, .toolBar = "ChartBar", .menu = "ChartMenu",
+        {.kind = EditorKind::Chart, .makeEditor = editor<chart::TRMChartEditor>(),
+         .toolBar = "ChartBar", .menu = "ChartMenu",
          .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
         {.kind = EditorKind::Image, .toolBar = "ImageBar"},
         {.kind = EditorKind::Timeline, .createdAtStartup = false},

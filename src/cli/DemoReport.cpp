@@ -1,5 +1,7 @@
 #include "DemoReport.h"
 
+#include "DemoChartPage.h"
+
 #include "cli/CommandTable.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
@@ -264,6 +266,12 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               demoResource("isolation-figure.rtf"),
               QStringLiteral("Figure drafted for the steering group; the hidden note in the text "
                              "lists what to check first."));
+
+    demo.page(
+        figures, PageType::Chart, QStringLiteral("Code frequencies by interview group"),
+        demoChartPage(),
+        QStringLiteral("Grouped bars; swap the series to compare the groups within each code."),
+        QStringLiteral("Chart\tInterviews 2026\tCode frequencies by interview group\t3"));
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),

@@ -32,6 +32,9 @@ struct PageKind
     QStringList importExtensions;
     // Loading a missing page clears the editor of this kind (otherwise it keeps what it shows).
     bool clearedWhenMissing = false;
+    // A page added as this kind is written at once, even when it has no file or its file
+    // cannot be read (it is then stored empty).
+    bool storedWhenAdded = false;
 };
 
 // The page kinds of a build, in registration order.
