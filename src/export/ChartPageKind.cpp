@@ -17,6 +17,7 @@ CorePageKind chartPageKind()
         return std::make_unique<store::RawPageDocument>(store::EditorKind::Chart);
     };
     kind.page.importExtensions = {QStringLiteral(".WSX"), QStringLiteral(".TEE")};
+    kind.page.storedWhenAdded = true;
     return kind;
 }
 
