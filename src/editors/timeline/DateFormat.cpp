@@ -19,23 +19,11 @@ qsizetype runLength(const QString& text, qsizetype at, QChar c)
 
 } // namespace
 
-QString DateFormat::toQtFormat(const QString& format)
+QList<DateFormat::Piece> DateFormat::pieces(const QString& format)
 {
-    QString out;
-    QString literal;
+    QList<Piece> out;
     bool afterHour = false;
-    auto flushLiteral = [&] {
-        if (literal.isEmpty()) {
-            return;
-        }
-        out += QLatin1Char('\'') + QString(literal).replace(QLatin1Char('\''), QLatin1String("''")) +
-               QLatin1Char('\'');
-        literal.clear();
-    };
-    auto token = [&](const QString& qt) {
-        flushLiteral();
-        out += qt;
-    };
+    auto token = [&](const QString& qt) { out.append({true, qt}); };
     qsizetype i = 0;
     while (i < format.size()) {
         const QChar c = format.at(i).toLower();
@@ -61,16 +49,31 @@ QString DateFormat::toQtFormat(const QString& format)
         if (c == QLatin1Char('d') || c == QLatin1Char('h') || c == QLatin1Char('n') ||
             c == QLatin1Char('s')) {
             const qsizetype n = std::min<qsizetype>(run, 2);
-            const QChar qt = c == QLatin1Char('n') ? QLatin1Char('m') : c;
-            token(QString(n, qt));
+            token(QString(n, c == QLatin1Char('n') ? QLatin1Char('m') : c));
             i += n;
             afterHour = c == QLatin1Char('h');
             continue;
         }
-        literal += format.at(i);
+        if (out.isEmpty() || out.back().token) {
+            out.append({false, QString()});
+        }
+        out.back().text += format.at(i);
         ++i;
     }
-    flushLiteral();
+    return out;
+}
+
+QString DateFormat::toQtFormat(const QString& format)
+{
+    QString out;
+    for (const Piece& p : pieces(format)) {
+        if (p.token) {
+            out += p.text;
+        } else {
+            out += QLatin1Char('\'') + QString(p.text).replace(QLatin1Char('\''), QLatin1String("''")) +
+                   QLatin1Char('\'');
+        }
+    }
     return out;
 }
 
@@ -80,7 +83,12 @@ QString DateFormat::format(double dayCount, const QString& format, const QLocale
     if (!dt.isValid()) {
         return {};
     }
-    return locale.toString(dt, toQtFormat(format));
+    // Token by token, so that literal text needs no quoting rules at all.
+    QString out;
+    for (const Piece& p : pieces(format)) {
+        out += p.token ? locale.toString(dt, p.text) : p.text;
+    }
+    return out;
 }
 
 QString DateFormat::shortDateFormat(const QLocale& locale)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QLocale>
 #include <QString>
 
@@ -10,7 +11,14 @@ namespace kestrum::timeline {
 class DateFormat
 {
 public:
-    // The same format in Qt's date-time syntax (literals quoted).
+    // One piece of a format: a token in Qt's date-time syntax ("MMM", "mm"), or literal text.
+    struct Piece
+    {
+        bool token = false;
+        QString text;
+    };
+    static QList<Piece> pieces(const QString& format);
+    // The same format in Qt's date-time syntax, literals quoted.
     static QString toQtFormat(const QString& format);
     // A day count shown in `format`.
     static QString format(double dayCount, const QString& format,

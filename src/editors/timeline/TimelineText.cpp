@@ -133,7 +133,9 @@ bool TimelineText::readFloat(const QString& text, double* value)
     double v = locale.toDouble(t, &ok);
     if (!ok) {
         // The C form is accepted as well, so that a text written under another locale loads.
-        v = QLocale::c().toDouble(t, &ok);
+        QLocale c = QLocale::c();
+        c.setNumberOptions(QLocale::RejectGroupSeparator);
+        v = c.toDouble(t, &ok);
     }
     if (!ok || !std::isfinite(v)) {
         return false;
