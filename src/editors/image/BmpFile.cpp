@@ -109,6 +109,17 @@ Result<QImage> BmpFile::read(const QByteArray& bytes)
     if (width == 0 || height == 0) {
         return QImage(); // an empty picture
     }
+    // Uncompressed pixels must all be there (the picture library would make up the rest).
+    if (headerSize >= kInfoHeaderSize) {
+        const int bits = le16(bytes, kFileHeaderSize + 14);
+        const qint32 compression = le32(bytes, kFileHeaderSize + 16);
+        const qint64 offset = quint32(le32(bytes, 10));
+        const qint64 stride = ((width * bits + 31) / 32) * 4;
+        if ((compression == 0 || compression == 3) && bits > 0 &&
+            offset + stride * height > bytes.size()) {
+            return fail(QStringLiteral("the bitmap is damaged: its pixels are cut short"));
+        }
+    }
     QImage image;
     if (!image.loadFromData(bytes, "BMP") || image.isNull()) {
         return fail(QStringLiteral("the bitmap is damaged and cannot be read"));
