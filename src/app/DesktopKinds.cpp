@@ -4,7 +4,9 @@
 #include "app/DesktopKinds.h"
 
 #include "editors/grid/TRMGridEditor.h"
+#include "editors/image/widgets/TRMImageEditor.h"
 #include "editors/text/TRMWPEditor.h"
+#include "editors/timeline/widgets/TRMTimeLineDlg.h"
 
 namespace kestrum::app {
 
@@ -30,8 +32,10 @@ DesktopPageKinds desktopPageKinds()
          .hiddenWithAll = true, .toolBarHiddenWithAll = true, .clearedBeforeLoading = true},
         {.kind = EditorKind::Chart, .toolBar = "ChartBar", .menu = "ChartMenu",
          .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
-        {.kind = EditorKind::Image, .toolBar = "ImageBar"},
-        {.kind = EditorKind::Timeline, .createdAtStartup = false},
+        {.kind = EditorKind::Image, .makeEditor = editor<image::TRMImageEditor>(),
+         .toolBar = "ImageBar"},
+        {.kind = EditorKind::Timeline, .makeEditor = editor<timeline::TRMTimeLineDlg>(),
+         .createdAtStartup = false},
         {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
         {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
     };
