@@ -67,6 +67,7 @@ CorePageKind timelinePageKind()
     kind.page.name = QStringLiteral("timeline");
     kind.page.icon = QStringLiteral(":/icons/timeline.svg");
     kind.page.makeDocument = [] { return std::make_unique<timeline::TimelinePageDocument>(); };
+    kind.page.clearedWhenMissing = true; // only the events go
 
     kind.exports.formats = {
         pictureFormat({QStringLiteral("png")}, QStringLiteral("PNG file"), QStringLiteral("png")),

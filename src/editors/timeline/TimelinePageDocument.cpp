@@ -48,7 +48,7 @@ bool TimelinePageDocument::readContent(const QByteArray& in, QString* error)
 
 void TimelinePageDocument::clear()
 {
-    m_model = TimelineModel();
+    m_model.clearEvents();
     m_loadWarning.clear();
     emit contentReset();
 }

@@ -19,6 +19,8 @@ public:
     // colour that does not convert ends the load, the lines before it kept, and loadWarning()
     // says why.
     bool readContent(const QByteArray& in, QString* error) override;
+    // Empties the events and the link list; range, scale and colours stay as they are (a
+    // page that is not found leaves the timeline so).
     void clear() override;
     // A timeline text file (".txt" or any other name): read as page content.
     bool importFile(const QString& path, QString* error) override;

@@ -74,6 +74,12 @@ private slots:
         QCOMPARE(doc.model().links[0], QStringLiteral("Interview 04\tpar. 3\tInterviews\t2"));
         QCOMPARE(doc.model().backgroundColor, common::clNavy);
         QVERIFY(doc.loadWarning().isEmpty());
+
+        // A page that is not there: the events go, the range stays.
+        QVERIFY(!data.GetTimeLine(id + 100, doc));
+        QVERIFY(doc.model().events.empty());
+        QVERIFY(doc.model().links.isEmpty());
+        QCOMPARE(doc.model().rangeFrom, 40000.0);
     }
 
     void damagedTextsKeepWhatWasReadAndSayWhy()
