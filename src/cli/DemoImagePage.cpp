@@ -16,7 +16,8 @@ QByteArray demoImageContent()
         const char* label;
         double score;
     };
-    const Bar bars[] = {{"< 1 year", 2.6}, {"1-2 years", 3.1}, {"3-5 years", 3.8}, {"> 5 years", 4.2}};
+    const Bar bars[] = {
+        {"< 1 year", 2.6}, {"1-2 years", 3.1}, {"3-5 years", 3.8}, {"> 5 years", 4.2}};
     QImage image(520, 320, QImage::Format_RGB888);
     image.fill(Qt::white);
     QPainter p(&image);

@@ -40,8 +40,8 @@ PageFormat pictureFormat(QStringList extensions, const QString& description, QBy
                 QSaveFile file(outFile);
                 if (!file.open(QIODevice::WriteOnly) || file.write(*bytes) != bytes->size() ||
                     !file.commit()) {
-                    return fail(QStringLiteral("Cannot write \"%1\": %2")
-                                    .arg(outFile, file.errorString()));
+                    return fail(
+                        QStringLiteral("Cannot write \"%1\": %2").arg(outFile, file.errorString()));
                 }
                 return {};
             }};

@@ -19,7 +19,8 @@ Result<QByteArray> png(const QImage& picture)
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "PNG");
     if (!writer.write(picture)) {
-        return fail(QStringLiteral("Cannot write the picture as PNG: %1").arg(writer.errorString()));
+        return fail(
+            QStringLiteral("Cannot write the picture as PNG: %1").arg(writer.errorString()));
     }
     return bytes;
 }
@@ -39,7 +40,8 @@ Result<HtmlFragment> PicturePageExports::html(const QImage& picture, const PageS
     }
     const QString file =
         QStringLiteral("%1%2%3.png").arg(options.filePrefix, baseName).arg(page.pageId);
-    const QString src = options.folderUrl.isEmpty() ? file : options.folderUrl + QLatin1Char('/') + file;
+    const QString src =
+        options.folderUrl.isEmpty() ? file : options.folderUrl + QLatin1Char('/') + file;
     HtmlFragment out;
     out.html = QStringLiteral("<IMG SRC=\"%1\" WIDTH=%2 HEIGHT=%3 ALT=\"\">")
                    .arg(src.toHtmlEscaped())

@@ -50,8 +50,8 @@ PageFormat pictureFormat(QStringList extensions, const QString& description, QSt
                 if (!model) {
                     return fail(model.error());
                 }
-                timeline::TimelineEvents::applyLayoutMode(
-                    *model, timeline::LayoutMode::Alternate, kPictureSize.height());
+                timeline::TimelineEvents::applyLayoutMode(*model, timeline::LayoutMode::Alternate,
+                                                          kPictureSize.height());
                 return timeline::TimelineRenderer::savePicture(*model, kPictureSize, outFile,
                                                                format);
             }};
@@ -75,7 +75,8 @@ CorePageKind timelinePageKind()
                       QStringLiteral("JPEG Image File"), QStringLiteral("jpg")),
         pictureFormat({QStringLiteral("bmp")}, QStringLiteral("Bitmaps"), QStringLiteral("bmp")),
         pictureFormat({QStringLiteral("gif")}, QStringLiteral("GIF Image"), QStringLiteral("gif")),
-        {{QStringLiteral("txt")}, QStringLiteral("Timeline text"),
+        {{QStringLiteral("txt")},
+         QStringLiteral("Timeline text"),
          [](const PageSource& page, const QString& outFile) -> Status {
              Result<TimelineModel> model = readTimeline(page);
              if (!model) {

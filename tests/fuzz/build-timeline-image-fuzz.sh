@@ -18,6 +18,7 @@ common=("$root"/src/common/{Colour,TabFields,DayCount,ByteStream}.cpp)
 mkdir -p "$out/timeline-corpus" "$out/image-corpus"
 cp -n "$here"/corpus/timeline-text/* "$out/timeline-corpus/" 2>/dev/null || true
 cp -n "$here"/corpus/image-content/* "$out/image-corpus/" 2>/dev/null || true
+cd "$out" # crash and timeout files land here, not in the source tree
 
 clang++ "${flags[@]}" "$here/TimelineTextFuzz.cpp" \
   "$root"/src/editors/timeline/{TimelineText,TimelineModel,TimelineNavigation,TimelineEvents,TimelineRenderer,DateFormat,GifWriter}.cpp \

@@ -71,12 +71,13 @@ QByteArray BmpFile::write(const QImage& source)
     w.u32(0);
     w.u32(0);
     QByteArray row(stride, '\0');
+    char* out = row.data();
     for (int y = height - 1; y >= 0; --y) {
         const uchar* src = image.constScanLine(y);
         for (int x = 0; x < width; ++x) {
-            row[3 * x] = char(src[3 * x + 2]); // blue, green, red
-            row[3 * x + 1] = char(src[3 * x + 1]);
-            row[3 * x + 2] = char(src[3 * x]);
+            out[3 * x] = char(src[3 * x + 2]); // blue, green, red
+            out[3 * x + 1] = char(src[3 * x + 1]);
+            out[3 * x + 2] = char(src[3 * x]);
         }
         w.raw(row);
     }
@@ -110,9 +111,10 @@ Result<QImage> BmpFile::read(const QByteArray& bytes)
         return QImage(); // an empty picture
     }
     // Uncompressed pixels must all be there (the picture library would make up the rest).
-    if (headerSize >= kInfoHeaderSize) {
-        const int bits = le16(bytes, kFileHeaderSize + 14);
-        const qint32 compression = le32(bytes, kFileHeaderSize + 16);
+    {
+        const bool core = headerSize == 12;
+        const int bits = le16(bytes, kFileHeaderSize + (core ? 10 : 14));
+        const qint32 compression = core ? 0 : le32(bytes, kFileHeaderSize + 16);
         const qint64 offset = quint32(le32(bytes, 10));
         const qint64 stride = ((width * bits + 31) / 32) * 4;
         if ((compression == 0 || compression == 3) && bits > 0 &&

@@ -19,8 +19,8 @@ int clampSide(std::int64_t v)
 
 int ImageZoom::zoomIn(int percent)
 {
-    return int(std::min<std::int64_t>(kMaxPercent,
-                                       common::roundHalfEven((percent + 10) / 10.0) * 10));
+    return int(
+        std::min<std::int64_t>(kMaxPercent, common::roundHalfEven((percent + 10) / 10.0) * 10));
 }
 
 int ImageZoom::zoomOut(int percent)

@@ -27,8 +27,10 @@ QStringList PictureFiles::openFilters()
 {
     return {QStringLiteral("All pictures (*.bmp *.jpg *.jpeg *.png *.gif)"),
             QStringLiteral("JPEG Image File (*.jpg *.jpeg)"),
-            QStringLiteral("Portable Network Graphic (*.png)"), QStringLiteral("GIF Image (*.gif)"),
-            QStringLiteral("Bitmaps (*.bmp)"), QStringLiteral("All files (*)")};
+            QStringLiteral("Portable Network Graphic (*.png)"),
+            QStringLiteral("GIF Image (*.gif)"),
+            QStringLiteral("Bitmaps (*.bmp)"),
+            QStringLiteral("All files (*)")};
 }
 
 Result<QImage> PictureFiles::LoadPictureFile(const QString& fileName)
@@ -116,8 +118,7 @@ Result<QString> PictureFiles::SavePicture(const QImage& image, const QString& fi
         return fail(bytes.error());
     }
     QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly) || file.write(*bytes) != bytes->size() ||
-        !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(*bytes) != bytes->size() || !file.commit()) {
         return fail(QStringLiteral("Cannot write \"%1\": %2").arg(target, file.errorString()));
     }
     return target;

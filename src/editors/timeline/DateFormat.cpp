@@ -70,7 +70,8 @@ QString DateFormat::toQtFormat(const QString& format)
         if (p.token) {
             out += p.text;
         } else {
-            out += QLatin1Char('\'') + QString(p.text).replace(QLatin1Char('\''), QLatin1String("''")) +
+            out += QLatin1Char('\'') +
+                   QString(p.text).replace(QLatin1Char('\''), QLatin1String("''")) +
                    QLatin1Char('\'');
         }
     }

@@ -31,17 +31,20 @@ void TimelineEvents::sortEvents(TimelineModel& m)
 int TimelineEvents::verticalMarginFor(int mode, int height)
 {
     switch (mode) {
-    case LayoutMode::AllOnTop: return height - 60;
-    case LayoutMode::Alternate: return (height - 20) / 2;
-    default: return 5;
+    case LayoutMode::AllOnTop:
+        return height - 60;
+    case LayoutMode::Alternate:
+        return (height - 20) / 2;
+    default:
+        return 5;
     }
 }
 
 void TimelineEvents::placeEvent(TimelineEvent& e, int annotationPosition)
 {
     e.annotationPosition = annotationPosition;
-    e.shape = annotationPosition == AnnotationPosition::Top ? Shape::TriangleDown
-                                                             : Shape::TriangleUp;
+    e.shape =
+        annotationPosition == AnnotationPosition::Top ? Shape::TriangleDown : Shape::TriangleUp;
 }
 
 void TimelineEvents::applyLayoutMode(TimelineModel& m, int mode, int height)

@@ -59,7 +59,8 @@ int TimelineNavigation::AdjustScale(TimelineModel& m, const QString& shortDate)
             if (hours < 6) {
                 setScale(m, Minute, 15, 15, kTime);
             } else {
-                setScale(m, Hour, 24, hours < 12 ? 1 : 2, kTime + QStringLiteral("\r\n") + shortDate);
+                setScale(m, Hour, 24, hours < 12 ? 1 : 2,
+                         kTime + QStringLiteral("\r\n") + shortDate);
                 m.subDivisionFormat = QStringLiteral("hh:mm");
             }
         } else if (days == 2 || days == 3) {
@@ -87,7 +88,8 @@ int TimelineNavigation::pageSize(const TimelineModel& m)
         return 0;
     }
     return int(std::clamp<qint64>(roundSaturated((m.rangeTo - m.rangeFrom) / whole * 1000.0),
-                                  std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+                                  std::numeric_limits<int>::min(),
+                                  std::numeric_limits<int>::max()));
 }
 
 void TimelineNavigation::zoomInStep(TimelineModel& m)

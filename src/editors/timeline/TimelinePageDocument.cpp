@@ -29,7 +29,8 @@ bool TimelinePageDocument::readContent(const QByteArray& in, QString* error)
         emit contentReset();
         return false;
     }
-    const Status loaded = TimelineText::LoadTimeLinefromString(m_model, TimelineText::decode(in), kLimits);
+    const Status loaded =
+        TimelineText::LoadTimeLinefromString(m_model, TimelineText::decode(in), kLimits);
     if (!loaded) {
         m_loadWarning = loaded.error();
         if (m_model.events.size() >= std::size_t(kLimits.maxEvents)) {

@@ -83,13 +83,20 @@ public:
     double stepDays() const
     {
         switch (m_type) {
-        case DivisionType::Millisecond: return m_units / 86400000.0;
-        case DivisionType::Second: return m_units / 86400.0;
-        case DivisionType::Minute: return m_units / 1440.0;
-        case DivisionType::Hour: return m_units / 24.0;
-        case DivisionType::Month: return m_units * 30.0;
-        case DivisionType::Year: return m_units * 365.0;
-        default: return m_units;
+        case DivisionType::Millisecond:
+            return m_units / 86400000.0;
+        case DivisionType::Second:
+            return m_units / 86400.0;
+        case DivisionType::Minute:
+            return m_units / 1440.0;
+        case DivisionType::Hour:
+            return m_units / 24.0;
+        case DivisionType::Month:
+            return m_units * 30.0;
+        case DivisionType::Year:
+            return m_units * 365.0;
+        default:
+            return m_units;
         }
     }
 
@@ -112,7 +119,8 @@ std::vector<double> tickPositions(const TimelineModel& m, double units)
         return out;
     }
     TickWalker walker(m.divisionType, units);
-    const bool calendar = m.divisionType == DivisionType::Month || m.divisionType == DivisionType::Year;
+    const bool calendar =
+        m.divisionType == DivisionType::Month || m.divisionType == DivisionType::Year;
     if (calendar && (!common::fromDayCount(m.rangeFrom).isValid() ||
                      !common::fromDayCount(m.rangeTo).isValid())) {
         return out;
@@ -199,8 +207,8 @@ TimelineRenderer::Layout TimelineRenderer::layout(const TimelineModel& m, QSize 
     if (parts > 1) {
         const bool calendar =
             m.divisionType == DivisionType::Month || m.divisionType == DivisionType::Year;
-        minors = tickPositions(m, calendar ? std::max(1.0, std::floor(units / parts))
-                                           : units / parts);
+        minors =
+            tickPositions(m, calendar ? std::max(1.0, std::floor(units / parts)) : units / parts);
     }
     for (double t : majors) {
         out.ticks.push_back({int(std::lround(xForPosition(m, size, t))), true,
@@ -249,9 +257,9 @@ TimelineRenderer::Layout TimelineRenderer::layout(const TimelineModel& m, QSize 
         const QString text = e.annotation.left(500);
         const bool hasImage =
             e.annotationImageIndex >= 0 && e.annotationImageIndex < m.images.size();
-        const QSize imageSize = hasImage ? QSize(std::clamp(m.imageWidth, 1, 256),
-                                                 std::clamp(m.imageHeight, 1, 256))
-                                         : QSize();
+        const QSize imageSize =
+            hasImage ? QSize(std::clamp(m.imageWidth, 1, 256), std::clamp(m.imageHeight, 1, 256))
+                     : QSize();
         const int textWidth = fm.horizontalAdvance(text);
         const int w = textWidth + 2 * kBalloonPadding + (hasImage ? imageSize.width() + 4 : 0);
         const int h = std::max(fm.height(), imageSize.height()) + 2 * kBalloonPadding;
@@ -265,8 +273,8 @@ TimelineRenderer::Layout TimelineRenderer::layout(const TimelineModel& m, QSize 
                                : size.height() - (out.bar.bottom() + depth + kBalloonGap);
         const std::size_t maxLevels = std::size_t(std::max(1, room / (h + kLevelGap)));
         if (level >= maxLevels) {
-            level = std::size_t(std::distance(
-                levels.begin(), std::min_element(levels.begin(), levels.end())));
+            level = std::size_t(
+                std::distance(levels.begin(), std::min_element(levels.begin(), levels.end())));
         }
         if (level >= levels.size()) {
             levels.resize(level + 1, std::numeric_limits<int>::min());
@@ -326,9 +334,10 @@ void TimelineRenderer::paint(QPainter& p, const TimelineModel& m, QSize size)
         const QRect r(t.x - s.width() / 2, lay.bar.top() + tick + 1, s.width(), s.height());
         if (!major) {
             // Subdivision labels give way to one another and to the division labels.
-            const bool crowded = std::any_of(lay.ticks.begin(), lay.ticks.end(), [&](const Tick& k) {
-                return k.major && std::abs(k.x - t.x) < s.width();
-            });
+            const bool crowded =
+                std::any_of(lay.ticks.begin(), lay.ticks.end(), [&](const Tick& k) {
+                    return k.major && std::abs(k.x - t.x) < s.width();
+                });
             if (crowded || r.left() < lastMinorRight) {
                 continue;
             }
@@ -344,7 +353,8 @@ void TimelineRenderer::paint(QPainter& p, const TimelineModel& m, QSize size)
         p.setPen(QPen(colour(e.annotationLineColor), 1));
         p.drawLine(g.connector);
 
-        QLinearGradient fill(g.marker.boundingRect().topLeft(), g.marker.boundingRect().bottomLeft());
+        QLinearGradient fill(g.marker.boundingRect().topLeft(),
+                             g.marker.boundingRect().bottomLeft());
         fill.setColorAt(0, colour(e.color, Qt::white));
         fill.setColorAt(1, colour(e.colorTo, Qt::white));
         p.setBrush(fill);

@@ -68,7 +68,8 @@ Error floatError(int lineNumber, const QString& text)
 
 Error colourError(int lineNumber, const QString& text)
 {
-    return fail(QStringLiteral("Line %1: '%2' is not a valid colour").arg(lineNumber).arg(text.left(40)));
+    return fail(
+        QStringLiteral("Line %1: '%2' is not a valid colour").arg(lineNumber).arg(text.left(40)));
 }
 
 } // namespace
@@ -150,20 +151,19 @@ QString TimelineText::SaveTimeLineToString(const TimelineModel& m)
     QStringList lines;
     lines << line({QStringLiteral("BackGround"), colourToString(m.backgroundColor),
                    colourToString(m.backgroundColorTo)});
-    lines << line({QStringLiteral("LineBar"), colourToString(m.barColor),
-                   colourToString(m.barColorTo)});
+    lines << line(
+        {QStringLiteral("LineBar"), colourToString(m.barColor), colourToString(m.barColorTo)});
     lines << line({QStringLiteral("Indicator"), colourToString(m.defaultIndicator.annotationColor),
                    boolText(m.defaultIndicator.annotationRounded)});
     lines << line({QStringLiteral("Timeline Font"), fontText(m.divisionFont)});
     lines << line({QStringLiteral("Event font"), fontText(m.annotationFont)});
-    lines << line({QStringLiteral("Image"), QString::number(m.imageWidth),
-                   QString::number(m.imageHeight)});
-    lines << line({QStringLiteral("Max Range"), floatText(m.minimumRange),
-                   floatText(m.maximumRange)});
+    lines << line(
+        {QStringLiteral("Image"), QString::number(m.imageWidth), QString::number(m.imageHeight)});
+    lines << line(
+        {QStringLiteral("Max Range"), floatText(m.minimumRange), floatText(m.maximumRange)});
     lines << line({QStringLiteral("Range"), floatText(m.rangeFrom), floatText(m.rangeTo)});
     for (const TimelineEvent& e : m.events) {
-        const QString link =
-            e.tag >= 0 && e.tag < m.links.size() ? m.links.at(e.tag) : QString();
+        const QString link = e.tag >= 0 && e.tag < m.links.size() ? m.links.at(e.tag) : QString();
         lines << line({QStringLiteral("Event"), e.annotation, e.hint, floatText(e.position),
                        replaceAll(link, QString(kTab), QString(kLinkTab)),
                        QString::number(e.annotationImageIndex),

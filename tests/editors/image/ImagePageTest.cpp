@@ -128,12 +128,17 @@ private slots:
         tall[25] = char(0x80);
         QByteArray badHeader = good;
         badHeader[14] = char(20);
-        QTest::newRow("not a bitmap") << QByteArray("GIF89a........................") << "not a Windows bitmap";
+        QTest::newRow("not a bitmap")
+            << QByteArray("GIF89a........................") << "not a Windows bitmap";
         QTest::newRow("truncated header") << good.left(20) << "not a Windows bitmap";
         QTest::newRow("truncated pixels") << good.left(60) << "damaged";
         QTest::newRow("huge width") << huge << "more than a page holds";
         QTest::newRow("huge negative height") << tall << "more than a page holds";
         QTest::newRow("header size") << badHeader << "header is damaged";
+        // The old 12-byte header, 28778 by 101 pixels claimed, 12 bytes of pixels.
+        QTest::newRow("old header cut short")
+            << QByteArray::fromBase64("Qk0qAAAAAAAAABoAAAAMAAAAanBlAAEAGABBAQMEBQYyAAABAgM=")
+            << "pixels are cut short";
     }
     void damagedAndHugeBitmapsAreRefused()
     {
@@ -197,12 +202,13 @@ private slots:
                  QStringLiteral("/a.b/picture.JPG"));
         QCOMPARE(PictureFiles::forcedFileName(QStringLiteral("/a.b/picture"), 1),
                  QStringLiteral("/a.b/picture.PNG"));
-        QCOMPARE(PictureFiles::forcedFileName(QStringLiteral("x.tar.gz"), 2), QStringLiteral("x.tar.BMP"));
+        QCOMPARE(PictureFiles::forcedFileName(QStringLiteral("x.tar.gz"), 2),
+                 QStringLiteral("x.tar.BMP"));
         QCOMPARE(PictureFiles::forcedFileName(QStringLiteral("x"), 4), QString());
 
         QTemporaryDir dir;
-        const Result<QString> written =
-            PictureFiles::SavePicture(sample(64, 48), dir.filePath(QStringLiteral("picture.png")), 3);
+        const Result<QString> written = PictureFiles::SavePicture(
+            sample(64, 48), dir.filePath(QStringLiteral("picture.png")), 3);
         QVERIFY(written.ok());
         QCOMPARE(*written, dir.filePath(QStringLiteral("picture.JPG")));
         QFile f(*written);
@@ -223,8 +229,8 @@ private slots:
         }
         QCOMPARE(seen, (QList<int>{90, 80, 70, 60, 50, 40, 30, 20, 20, 20}));
         QCOMPARE(ImageZoom::zoomIn(20), 30);
-        QCOMPARE(ImageZoom::zoomIn(75), 80); // round(8.5) is 8: halves go to even
-        QCOMPARE(ImageZoom::zoomIn(65), 80); // round(7.5) is 8
+        QCOMPARE(ImageZoom::zoomIn(75), 80);  // round(8.5) is 8: halves go to even
+        QCOMPARE(ImageZoom::zoomIn(65), 80);  // round(7.5) is 8
         QCOMPARE(ImageZoom::zoomOut(35), 20); // round(2.5) is 2
         QCOMPARE(ImageZoom::viewSize(150, QSize(5, 3)), QSize(8, 4)); // 7.5 -> 8, 4.5 -> 4
         QCOMPARE(ImageZoom::statusText(110), QStringLiteral(" 110%"));
@@ -271,7 +277,8 @@ private slots:
         exports::PageSource page{7, store::PageType::Image, BmpFile::write(sample()), {}};
         const auto html = kind->exports.html(page, {QStringLiteral("R_files"), QString()});
         QVERIFY(html.ok());
-        QCOMPARE(html->html, QStringLiteral("<IMG SRC=\"R_files/image7.png\" WIDTH=5 HEIGHT=3 ALT=\"\">"));
+        QCOMPARE(html->html,
+                 QStringLiteral("<IMG SRC=\"R_files/image7.png\" WIDTH=5 HEIGHT=3 ALT=\"\">"));
         QImage back;
         QVERIFY(back.loadFromData(html->files.at(0).second, "PNG"));
         QCOMPARE(back.convertToFormat(QImage::Format_RGB888), sample());

@@ -1,9 +1,9 @@
 // The image editor as a user drives it: the program-wide zoom and its status text, opening a
 // picture, saving with the filter's extension, and copying (which leaves the page alone).
 
+#include "editors/image/widgets/TRMImageEditor.h"
 #include "editors/image/BmpFile.h"
 #include "editors/image/widgets/ImageView.h"
-#include "editors/image/widgets/TRMImageEditor.h"
 #include "support/ScriptedDialogs.h"
 
 #include <QAction>
@@ -113,9 +113,11 @@ private slots:
         QTemporaryDir dir;
         TRMImageEditor editor;
         QVERIFY(editor.document().readContent(BmpFile::write(picture(40, 30)), nullptr));
-        m_dialogs->answerSaveFile(test::ScriptedDialogs::FileChoice{dir.filePath(QStringLiteral("shot.png")), 2});
+        m_dialogs->answerSaveFile(
+            test::ScriptedDialogs::FileChoice{dir.filePath(QStringLiteral("shot.png")), 2});
         editor.action(QStringLiteral("SaveImageBtn"))->trigger();
-        QCOMPARE(m_dialogs->lastFileRequest()->filters.at(2), QStringLiteral("JPEG (*,jpg) (*.jpg)"));
+        QCOMPARE(m_dialogs->lastFileRequest()->filters.at(2),
+                 QStringLiteral("JPEG (*,jpg) (*.jpg)"));
         QFile bmp(dir.filePath(QStringLiteral("shot.BMP")));
         QVERIFY(bmp.open(QIODevice::ReadOnly));
         QVERIFY(bmp.read(2) == "BM");
@@ -137,7 +139,8 @@ private slots:
             names << a->objectName();
         }
         QCOMPARE(names, (QStringList{QStringLiteral("SaveImageBtn"), QStringLiteral("CutImageBtn"),
-                                     QStringLiteral("ZoomInImageBtn"), QStringLiteral("ZoomOutImageBtn")}));
+                                     QStringLiteral("ZoomInImageBtn"),
+                                     QStringLiteral("ZoomOutImageBtn")}));
         QCOMPARE(editor.windowTitle(), QStringLiteral("Image Editor"));
     }
 };

@@ -78,7 +78,8 @@ private slots:
         const QSize timelineSize(1000, 420);
         const QSize imageSize(520, 320);
         QTest::newRow("timeline png") << true << "t.png" << QByteArray("\x89PNG") << timelineSize;
-        QTest::newRow("timeline jpg") << true << "t.jpg" << QByteArray("\xFF\xD8\xFF") << timelineSize;
+        QTest::newRow("timeline jpg")
+            << true << "t.jpg" << QByteArray("\xFF\xD8\xFF") << timelineSize;
         QTest::newRow("timeline bmp") << true << "t.BMP" << QByteArray("BM") << timelineSize;
         QTest::newRow("timeline gif") << true << "t.gif" << QByteArray("GIF89a") << timelineSize;
         QTest::newRow("timeline txt") << true << "t.txt" << QByteArray("BackGround\t") << QSize();
@@ -93,7 +94,8 @@ private slots:
         QFETCH(QByteArray, start);
         QFETCH(QSize, size);
         const QString out = m_dir.filePath(name);
-        const Run run = cli({QStringLiteral("export-page"), m_project, timeline ? m_timeline : m_image, out});
+        const Run run =
+            cli({QStringLiteral("export-page"), m_project, timeline ? m_timeline : m_image, out});
         QVERIFY2(run.code == 0, qPrintable(run.err));
         const QByteArray bytes = readFile(out);
         QVERIFY(bytes.startsWith(start));
@@ -113,7 +115,8 @@ private slots:
         const Run run = cli({QStringLiteral("export-page"), m_project, m_timeline,
                              m_dir.filePath(QStringLiteral("t.svg"))});
         QVERIFY(run.code != 0);
-        QVERIFY2(run.err.contains(QLatin1String(".png .jpg .jpeg .bmp .gif .txt")), qPrintable(run.err));
+        QVERIFY2(run.err.contains(QLatin1String(".png .jpg .jpeg .bmp .gif .txt")),
+                 qPrintable(run.err));
         const Run image = cli({QStringLiteral("export-page"), m_project, m_image,
                                m_dir.filePath(QStringLiteral("i.gif"))});
         QVERIFY(image.code != 0);
@@ -162,15 +165,17 @@ private slots:
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write("Range\t1\t2\r\nEvent\ta\tb\t31/12/2020\r\n");
         f.close();
-        const Run put = cli({QStringLiteral("put"), project, QStringLiteral("--type"), QStringLiteral("8"),
-                             QStringLiteral("--info"), QStringLiteral("broken"),
-                             QStringLiteral("--content"), content});
+        const Run put = cli({QStringLiteral("put"), project, QStringLiteral("--type"),
+                             QStringLiteral("8"), QStringLiteral("--info"),
+                             QStringLiteral("broken"), QStringLiteral("--content"), content});
         QVERIFY2(put.code == 0, qPrintable(put.err));
         const QString id = put.out.trimmed();
-        const Run run = cli({QStringLiteral("export-page"), project, id, dir.filePath(QStringLiteral("x.png"))});
+        const Run run = cli(
+            {QStringLiteral("export-page"), project, id, dir.filePath(QStringLiteral("x.png"))});
         QVERIFY(run.code != 0);
-        QVERIFY2(run.err.contains(QLatin1String("'31/12/2020' is not a valid floating point value")),
-                 qPrintable(run.err));
+        QVERIFY2(
+            run.err.contains(QLatin1String("'31/12/2020' is not a valid floating point value")),
+            qPrintable(run.err));
         QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("x.png"))));
     }
 };

@@ -2,10 +2,10 @@
 // click timer, the context menu, picture export and copy, the toolbar's messages and the
 // options dialog. Dialogs answer from a script.
 
+#include "editors/timeline/widgets/TRMTimeLineDlg.h"
 #include "editors/timeline/TimelineNavigation.h"
 #include "editors/timeline/TimelineRenderer.h"
 #include "editors/timeline/widgets/ColourWell.h"
-#include "editors/timeline/widgets/TRMTimeLineDlg.h"
 #include "editors/timeline/widgets/TRMTimeLineOptionsDlg.h"
 #include "editors/timeline/widgets/TimelineView.h"
 #include "support/ScriptedDialogs.h"
@@ -77,7 +77,8 @@ private slots:
     }
     void cleanup()
     {
-        QVERIFY2(m_dialogs->unexpected().isEmpty(), qPrintable(m_dialogs->unexpected().join(QLatin1Char(','))));
+        QVERIFY2(m_dialogs->unexpected().isEmpty(),
+                 qPrintable(m_dialogs->unexpected().join(QLatin1Char(','))));
         m_page.reset();
         m_dialogs.reset();
     }
@@ -92,6 +93,7 @@ private slots:
         QCOMPARE(e[0].annotationPosition, AnnotationPosition::Top);
         QCOMPARE(e[1].annotationPosition, AnnotationPosition::Bottom);
         QVERIFY(page().button(QStringLiteral("Pos1"))->defaultAction()->isChecked());
+        QCOMPARE(page().timeLine()->hintPause(), 800); // while the page is shown
 
         QSignalSpy changed(&page().document(), &store::PageDocument::contentChanged);
         page().button(QStringLiteral("Pos0"))->click();
@@ -148,7 +150,8 @@ private slots:
         QTest::mouseClick(page().timeLine(), Qt::LeftButton, {}, balloon.center());
         QTest::qWait(40); // the click timer has fired: the event click came after the release
         QCOMPARE(page().selection().selected(), second);
-        QCOMPARE(page().model().events[std::size_t(second)].annotationColor, EventSelection::kHighlight);
+        QCOMPARE(page().model().events[std::size_t(second)].annotationColor,
+                 EventSelection::kHighlight);
         QCOMPARE(page().model().events[std::size_t(second)].size, kSelectedEventSize);
 
         // A right-button release asks twice for the menu of the selected event.
@@ -175,7 +178,7 @@ private slots:
         page().TimeLineIndicatorClick(second);
         page().PopupMenu1Popup();
         QVERIFY(page().menuItem(QStringLiteral("Followlink1"))->isEnabled());
-        QVERIFY(page().menuItem(QStringLiteral("Position1"))->isEnabled()); // mode 1
+        QVERIFY(page().menuItem(QStringLiteral("Position1"))->isEnabled());    // mode 1
         QVERIFY(page().menuItem(QStringLiteral("Atthebottom1"))->isChecked()); // odd slot
         page().Followlink1Click();
         QCOMPARE(page().lastLocation(), QStringLiteral("2 passage"));
@@ -212,7 +215,8 @@ private slots:
     void picturesCopyAndMessages()
     {
         QTemporaryDir dir;
-        m_dialogs->answerSaveFile(test::ScriptedDialogs::FileChoice{dir.filePath(QStringLiteral("pic.png")), 4});
+        m_dialogs->answerSaveFile(
+            test::ScriptedDialogs::FileChoice{dir.filePath(QStringLiteral("pic.png")), 4});
         page().SaveChart2Click();
         QCOMPARE(m_dialogs->lastFileRequest()->filters.size(), 4);
         QFile gif(dir.filePath(QStringLiteral("pic.gif")));
@@ -233,9 +237,11 @@ private slots:
                  QStringLiteral("Synchronize timeline with main window"));
         QVERIFY(page().button(QStringLiteral("TrackingBtn"))->isChecked());
 
-        QTest::mouseClick(page().panel(), Qt::LeftButton, {}, QPoint(page().panel()->width() - 5, 5));
+        QTest::mouseClick(page().panel(), Qt::LeftButton, {},
+                          QPoint(page().panel()->width() - 5, 5));
         const QString message = m_dialogs->messages().last();
-        QVERIFY2(message.contains(QLatin1String(" to ")) && message.endsWith(QLatin1String("\r\n1  1")),
+        QVERIFY2(message.contains(QLatin1String(" to ")) &&
+                     message.endsWith(QLatin1String("\r\n1  1")),
                  qPrintable(message));
         QCOMPARE(page().model().divisionType, int(DivisionType::Month));
         QCOMPARE(page().model().divisions, 12);
@@ -272,9 +278,18 @@ private slots:
         QCOMPARE(page().optionsDialog()->datePanel()->text(), QStringLiteral(" Tahoma Bold 11"));
         QCOMPARE(m.defaultIndicator.annotationColor, common::clRed);
         QCOMPARE(m.events[std::size_t(first)].annotationColor, common::clRed);
-        QCOMPARE(m.events[std::size_t(indexOf(QStringLiteral("Second")))].annotationColor, TColor(1));
+        QCOMPARE(m.events[std::size_t(indexOf(QStringLiteral("Second")))].annotationColor,
+                 TColor(1));
         QVERIFY(m.defaultIndicator.annotationRounded && m.events[0].annotationRounded);
         QCOMPARE(changed.count(), 1);
+    }
+
+    void hintPauseGoesBackWhenThePageHides()
+    {
+        page().hide();
+        QCOMPARE(page().timeLine()->hintPause(), 100);
+        page().show();
+        QCOMPARE(page().timeLine()->hintPause(), 800);
     }
 
     void damagedPageShowsWhy()

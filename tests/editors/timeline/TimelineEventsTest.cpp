@@ -1,9 +1,9 @@
 // The page's rules over its events: the text-order sort, layout modes, the options dialog's
 // colours, and selecting, deselecting and deleting an event.
 
+#include "editors/timeline/TimelineEvents.h"
 #include "editors/timeline/DateFormat.h"
 #include "editors/timeline/EventSelection.h"
-#include "editors/timeline/TimelineEvents.h"
 
 #include <QTest>
 
@@ -160,13 +160,20 @@ private slots:
         QTest::addColumn<QString>("qt");
         QTest::addColumn<double>("day");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("year") << "yyyy" << "yyyy" << 28491.0 << "1978";
-        QTest::newRow("month and year") << " mmm\r\nyyyy" << "' 'MMM'\r\n'yyyy" << 28491.0 << " Jan\r\n1978";
-        QTest::newRow("time") << "  hh:mm" << "'  'hh':'mm" << 28491.75 << "  18:00";
-        QTest::newRow("minutes by n") << "h:nn" << "h':'mm" << 28491.5 + 5 / 1440.0 << "12:05";
-        QTest::newRow("month after day") << "dd/mm/yy" << "dd'/'MM'/'yy" << 28521.0 << "31/01/78";
-        QTest::newRow("long month") << "d mmmm" << "d' 'MMMM" << 28521.0 << "31 January";
-        QTest::newRow("quote") << "yyyy'd'" << "yyyy''''d''''" << 28491.0 << "1978'1'";
+        QTest::newRow("year") << "yyyy"
+                              << "yyyy" << 28491.0 << "1978";
+        QTest::newRow("month and year") << " mmm\r\nyyyy"
+                                        << "' 'MMM'\r\n'yyyy" << 28491.0 << " Jan\r\n1978";
+        QTest::newRow("time") << "  hh:mm"
+                              << "'  'hh':'mm" << 28491.75 << "  18:00";
+        QTest::newRow("minutes by n") << "h:nn"
+                                      << "h':'mm" << 28491.5 + 5 / 1440.0 << "12:05";
+        QTest::newRow("month after day") << "dd/mm/yy"
+                                         << "dd'/'MM'/'yy" << 28521.0 << "31/01/78";
+        QTest::newRow("long month") << "d mmmm"
+                                    << "d' 'MMMM" << 28521.0 << "31 January";
+        QTest::newRow("quote") << "yyyy'd'"
+                               << "yyyy''''d''''" << 28491.0 << "1978'1'";
     }
     void dateFormats()
     {

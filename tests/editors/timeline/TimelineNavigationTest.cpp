@@ -25,14 +25,20 @@ private slots:
         const QString monthYear = QStringLiteral(" mmm\r\nyyyy");
         const QString time = QStringLiteral("  hh:mm\r\n") + sd;
         // The starting scale is that of a new page: year, 1, 1, "yyyy", "yyyy".
-        QTest::newRow("8 years") << 8 * 365.0 << 6 << 12 << 12 << "yyyy" << "yyyy";
-        QTest::newRow("23 years") << 23 * 365.0 << 6 << 12 << 12 << "yyyy" << "yyyy";
-        QTest::newRow("24 years") << 24 * 365.0 << 7 << 2 << 2 << "yyyy" << " ";
-        QTest::newRow("1000 years") << 1000 * 365.0 << 7 << 83 << 83 << "yyyy" << " ";
-        QTest::newRow("1001 years unchanged") << 1001 * 365.0 << 7 << 1 << 1 << "yyyy" << "yyyy";
+        QTest::newRow("8 years") << 8 * 365.0 << 6 << 12 << 12 << "yyyy"
+                                 << "yyyy";
+        QTest::newRow("23 years") << 23 * 365.0 << 6 << 12 << 12 << "yyyy"
+                                  << "yyyy";
+        QTest::newRow("24 years") << 24 * 365.0 << 7 << 2 << 2 << "yyyy"
+                                  << " ";
+        QTest::newRow("1000 years") << 1000 * 365.0 << 7 << 83 << 83 << "yyyy"
+                                    << " ";
+        QTest::newRow("1001 years unchanged") << 1001 * 365.0 << 7 << 1 << 1 << "yyyy"
+                                              << "yyyy";
         QTest::newRow("5 years") << 5 * 365.0 << 6 << 6 << 6 << monthYear << "yyyy";
         QTest::newRow("2 years") << 2 * 365.0 << 6 << 3 << 3 << monthYear << "yyyy";
-        QTest::newRow("3 hours") << 3 / 24.0 << 3 << 15 << 15 << "  hh:mm" << "yyyy";
+        QTest::newRow("3 hours") << 3 / 24.0 << 3 << 15 << 15 << "  hh:mm"
+                                 << "yyyy";
         QTest::newRow("8 hours") << 8 / 24.0 << 4 << 24 << 1 << time << "hh:mm";
         QTest::newRow("1.4 days") << 1.4 << 4 << 24 << 2 << time << "hh:mm";
         QTest::newRow("3 days") << 3.0 << 4 << 24 << 6 << time << "hh:mm";

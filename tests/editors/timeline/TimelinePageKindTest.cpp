@@ -115,9 +115,11 @@ private slots:
         const auto text = kind->exports.text(page);
         QVERIFY(text.ok());
         QCOMPARE(*text, QStringLiteral("Kick-off\tFirst meeting\nReview\tSecond meeting\n"));
-        const auto html = kind->exports.html(page, {QStringLiteral("Report_files"), QStringLiteral("p_")});
+        const auto html =
+            kind->exports.html(page, {QStringLiteral("Report_files"), QStringLiteral("p_")});
         QVERIFY(html.ok());
-        QCOMPARE(html->html.left(44), QStringLiteral("<IMG SRC=\"Report_files/p_timeline12.png\" WID"));
+        QCOMPARE(html->html.left(44),
+                 QStringLiteral("<IMG SRC=\"Report_files/p_timeline12.png\" WID"));
         QCOMPARE(html->files.size(), std::size_t(1));
         QVERIFY(html->files[0].second.startsWith("\x89PNG"));
         const auto rtf = kind->exports.rtf(page);

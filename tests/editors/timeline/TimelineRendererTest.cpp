@@ -1,9 +1,9 @@
 // The timeline's picture: layout, hit-testing, the scale's ticks, absurd ranges, and the
 // picture files (the GIF writer read back by the picture library).
 
+#include "editors/timeline/TimelineRenderer.h"
 #include "editors/timeline/GifWriter.h"
 #include "editors/timeline/TimelineEvents.h"
-#include "editors/timeline/TimelineRenderer.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -92,11 +92,13 @@ private slots:
         const auto lay = TimelineRenderer::layout(m, kSize);
         for (const auto& g : lay.events) {
             QCOMPARE(TimelineRenderer::hitTest(m, kSize, g.balloon.center()), g.index);
-            QCOMPARE(TimelineRenderer::hitTest(m, kSize, g.marker.boundingRect().center()), g.index);
+            QCOMPARE(TimelineRenderer::hitTest(m, kSize, g.marker.boundingRect().center()),
+                     g.index);
         }
         QCOMPARE(TimelineRenderer::hitTest(m, kSize, QPoint(1, 1)), -1);
         QCOMPARE(TimelineRenderer::xForPosition(m, kSize, m.rangeFrom), double(m.horizontalMargin));
-        QCOMPARE(TimelineRenderer::positionForX(m, kSize, TimelineRenderer::xForPosition(m, kSize, 38000.5)),
+        QCOMPARE(TimelineRenderer::positionForX(m, kSize,
+                                                TimelineRenderer::xForPosition(m, kSize, 38000.5)),
                  38000.5);
     }
 
@@ -109,7 +111,8 @@ private slots:
         QTest::newRow("years past the calendar") << -1e12 << 1e12 << int(DivisionType::Year);
         QTest::newRow("empty window") << 100.0 << 100.0 << int(DivisionType::Day);
         QTest::newRow("reversed window") << 200.0 << 100.0 << int(DivisionType::Month);
-        QTest::newRow("a millisecond") << 40000.0 << 40000.00000001 << int(DivisionType::Millisecond);
+        QTest::newRow("a millisecond")
+            << 40000.0 << 40000.00000001 << int(DivisionType::Millisecond);
     }
     void absurdRangesDrawQuickly()
     {

@@ -24,7 +24,8 @@ TimelineModel withEvents()
         double position;
         const char* link;
     } events[] = {
-        {"Kick-off", "First meeting", 40634.4456712963, "Interview 04\tpar. 3\tInterviews\t2\tCode"},
+        {"Kick-off", "First meeting", 40634.4456712963,
+         "Interview 04\tpar. 3\tInterviews\t2\tCode"},
         {"Été", "Accents survive", 41000, ""},
     };
     for (const auto& s : events) {
@@ -74,7 +75,8 @@ private slots:
         TimelineModel m = withEvents();
         m.backgroundColor = common::clWhite;
         m.defaultIndicator.annotationRounded = true;
-        const QStringList lines = TimelineText::SaveTimeLineToString(m).split(QStringLiteral("\r\n"));
+        const QStringList lines =
+            TimelineText::SaveTimeLineToString(m).split(QStringLiteral("\r\n"));
         QCOMPARE(lines.size(), 10);
         QCOMPARE(lines[0], QStringLiteral("BackGround\tclWhite\t$00FFF0D2"));
         QCOMPARE(lines[2], QStringLiteral("Indicator\t$00AAD9FF\t-1"));
@@ -90,7 +92,8 @@ private slots:
         m.annotationFont.name = QStringLiteral("Tahoma");
         m.imageWidth = 32;
         TimelineModel back;
-        QVERIFY(TimelineText::LoadTimeLinefromString(back, TimelineText::SaveTimeLineToString(m)).ok());
+        QVERIFY(
+            TimelineText::LoadTimeLinefromString(back, TimelineText::SaveTimeLineToString(m)).ok());
         QCOMPARE(back.events.size(), std::size_t(2));
         QCOMPARE(back.events[0].annotation, QStringLiteral("Kick-off"));
         QCOMPARE(back.events[0].hint, QStringLiteral("First meeting"));
@@ -138,11 +141,13 @@ private slots:
         e.annotation = QStringLiteral("two\r\nlines");
         m.events.push_back(e);
         TimelineModel back;
-        const Status loaded = TimelineText::LoadTimeLinefromString(back, TimelineText::SaveTimeLineToString(m));
+        const Status loaded =
+            TimelineText::LoadTimeLinefromString(back, TimelineText::SaveTimeLineToString(m));
         // The first event's hint field now holds "parts" and its position field "hint".
         QVERIFY(!loaded.ok());
-        QVERIFY2(loaded.error().contains(QLatin1String("'hint' is not a valid floating point value")),
-                 qPrintable(loaded.error()));
+        QVERIFY2(
+            loaded.error().contains(QLatin1String("'hint' is not a valid floating point value")),
+            qPrintable(loaded.error()));
         QCOMPARE(back.events.size(), std::size_t(1));
         QCOMPARE(back.events[0].annotation, QStringLiteral("two"));
         QCOMPARE(back.events[0].hint, QStringLiteral("parts"));
@@ -173,18 +178,18 @@ private slots:
         QTest::newRow("bad date") << "Range\t100\t200\nEvent\ta\tb\t12/03/2020\nRange\t1\t2"
                                   << "Line 2: '12/03/2020' is not a valid floating point value" << 1
                                   << 100.0 << TColor(0x984E00);
-        QTest::newRow("missing position") << "Event\ta"
-                                          << "Line 1: '' is not a valid floating point value" << 1
-                                          << 28491.0 << TColor(0x984E00);
-        QTest::newRow("infinite range") << "Range\tinf\t2"
-                                        << "'inf' is not a valid floating point value" << 0
-                                        << 28491.0 << TColor(0x984E00);
-        QTest::newRow("one colour only") << "BackGround\tclRed"
-                                         << "Line 1: '' is not a valid colour" << 0 << 28491.0
-                                         << TColor(common::clRed);
-        QTest::newRow("bad colour") << "Range\t5\t6\r\nBackGround\tpurple\tclRed"
-                                    << "Line 2: 'purple' is not a valid colour" << 0 << 5.0
-                                    << TColor(0x984E00);
+        QTest::newRow("missing position")
+            << "Event\ta"
+            << "Line 1: '' is not a valid floating point value" << 1 << 28491.0 << TColor(0x984E00);
+        QTest::newRow("infinite range")
+            << "Range\tinf\t2"
+            << "'inf' is not a valid floating point value" << 0 << 28491.0 << TColor(0x984E00);
+        QTest::newRow("one colour only")
+            << "BackGround\tclRed"
+            << "Line 1: '' is not a valid colour" << 0 << 28491.0 << TColor(common::clRed);
+        QTest::newRow("bad colour")
+            << "Range\t5\t6\r\nBackGround\tpurple\tclRed"
+            << "Line 2: 'purple' is not a valid colour" << 0 << 5.0 << TColor(0x984E00);
     }
     void damagedLinesStopTheLoadKeepingWhatCameBefore()
     {
@@ -274,7 +279,8 @@ private slots:
     {
         QCOMPARE(TimelineText::decode(QByteArray("\xEF\xBB\xBFRange\t1\t2")),
                  QStringLiteral("Range\t1\t2"));
-        QCOMPARE(TimelineText::decode(QByteArray("Event\t\xE9t\xE9")), QString::fromUtf8("Event\tété"));
+        QCOMPARE(TimelineText::decode(QByteArray("Event\t\xE9t\xE9")),
+                 QString::fromUtf8("Event\tété"));
         QCOMPARE(TimelineText::decode(TimelineText::encode(QString::fromUtf8("Łódź"))),
                  QString::fromUtf8("Łódź"));
     }

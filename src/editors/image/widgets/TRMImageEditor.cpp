@@ -68,8 +68,8 @@ TRMImageEditor::TRMImageEditor(QWidget* parent) : ui::EditorPanel(parent)
                                    style()->standardIcon(QStyle::SP_FileDialogDetailedView)));
     addAction(QStringLiteral("ZoomInImageBtn"), QStringLiteral("Zoom in"),
               &TRMImageEditor::ZoomInImageBtnClick)
-        ->setIcon(QIcon::fromTheme(QStringLiteral("zoom-in"),
-                                   style()->standardIcon(QStyle::SP_ArrowUp)));
+        ->setIcon(
+            QIcon::fromTheme(QStringLiteral("zoom-in"), style()->standardIcon(QStyle::SP_ArrowUp)));
     addAction(QStringLiteral("ZoomOutImageBtn"), QStringLiteral("Zoom out"),
               &TRMImageEditor::ZoomOutImageBtnClick)
         ->setIcon(QIcon::fromTheme(QStringLiteral("zoom-out"),

@@ -31,6 +31,8 @@ namespace {
 
 constexpr int kClickTimerMs = 10;
 constexpr int kMenuDrop = 40; // the context menu opens this far below the pointer
+constexpr int kActiveHintPauseMs = 800;
+constexpr int kHintPauseMs = 100;
 
 // The layout buttons' pictures: a bar with balloons above, alternating, or below.
 QIcon layoutIcon(int mode)
@@ -41,7 +43,8 @@ QIcon layoutIcon(int mode)
     p.fillRect(QRect(1, 8, 18, 4), QColor(0x98, 0x4E, 0x00).lighter(150));
     const QColor balloon(0x98, 0x4E, 0x00);
     for (int i = 0; i < 3; ++i) {
-        const bool top = mode == LayoutMode::AllOnTop || (mode == LayoutMode::Alternate && i % 2 == 0);
+        const bool top =
+            mode == LayoutMode::AllOnTop || (mode == LayoutMode::Alternate && i % 2 == 0);
         p.fillRect(QRect(1 + i * 6, top ? 1 : 14, 5, 5), balloon);
     }
     return QIcon(pm);
@@ -94,10 +97,9 @@ TRMTimeLineDlg::TRMTimeLineDlg(QWidget* parent) : ui::EditorPanel(parent)
     bar->addWidget(addButton(QStringLiteral("SpeedButton1"), QStringLiteral("Edit chart"),
                              s->standardIcon(QStyle::SP_FileDialogDetailedView),
                              &TRMTimeLineDlg::SpeedButton1Click));
-    QToolButton* tracking = addButton(QStringLiteral("TrackingBtn"),
-                                      QStringLiteral("Synchronize timeline with main window"),
-                                      s->standardIcon(QStyle::SP_BrowserReload),
-                                      &TRMTimeLineDlg::TrackingBtnClick);
+    QToolButton* tracking = addButton(
+        QStringLiteral("TrackingBtn"), QStringLiteral("Synchronize timeline with main window"),
+        s->standardIcon(QStyle::SP_BrowserReload), &TRMTimeLineDlg::TrackingBtnClick);
     tracking->setCheckable(true);
     tracking->setChecked(true);
     bar->addWidget(tracking);
@@ -140,10 +142,11 @@ TRMTimeLineDlg::TRMTimeLineDlg(QWidget* parent) : ui::EditorPanel(parent)
     QMenu* position = m_popupMenu->addMenu(QStringLiteral("Position"));
     m_menuItems.insert(QStringLiteral("Position1"), position->menuAction());
     auto* sides = new QActionGroup(this);
-    for (QAction* item : {addMenuItem(position, QStringLiteral("Ontop1"), QStringLiteral("Above"),
-                                      &TRMTimeLineDlg::Ontop1Click),
-                          addMenuItem(position, QStringLiteral("Atthebottom1"),
-                                      QStringLiteral("Below"), &TRMTimeLineDlg::Atthebottom1Click)}) {
+    for (QAction* item :
+         {addMenuItem(position, QStringLiteral("Ontop1"), QStringLiteral("Above"),
+                      &TRMTimeLineDlg::Ontop1Click),
+          addMenuItem(position, QStringLiteral("Atthebottom1"), QStringLiteral("Below"),
+                      &TRMTimeLineDlg::Atthebottom1Click)}) {
         item->setCheckable(true);
         sides->addAction(item);
     }
@@ -160,12 +163,14 @@ TRMTimeLineDlg::TRMTimeLineDlg(QWidget* parent) : ui::EditorPanel(parent)
     m_timer->setInterval(kClickTimerMs);
     connect(m_timer, &QTimer::timeout, this, &TRMTimeLineDlg::Timer1Timer);
 
-    m_options = new TRMTimeLineOptionsDlg(&m_document.model(), [this] { m_timeLine->update(); }, this);
+    m_options = new TRMTimeLineOptionsDlg(
+        &m_document.model(), [this] { m_timeLine->update(); }, this);
 
     connect(m_scrollBar, &QScrollBar::valueChanged, this, &TRMTimeLineDlg::ScrollbarChange);
     connect(m_timeLine, &TimelineView::scrolled, this, &TRMTimeLineDlg::TimeLineScrollTimeLine);
     connect(m_timeLine, &TimelineView::resized, this, &TRMTimeLineDlg::TimeLineResize);
-    connect(m_timeLine, &TimelineView::indicatorClicked, this, &TRMTimeLineDlg::TimeLineIndicatorClick);
+    connect(m_timeLine, &TimelineView::indicatorClicked, this,
+            &TRMTimeLineDlg::TimeLineIndicatorClick);
     connect(m_timeLine, &TimelineView::pointerMoved, this, &TRMTimeLineDlg::TimeLineMouseMove);
     connect(m_timeLine, &TimelineView::mouseReleased, this, &TRMTimeLineDlg::TimeLineMouseUp);
 
@@ -239,7 +244,8 @@ void TRMTimeLineDlg::AdjustScale()
 
 void TRMTimeLineDlg::RefreshButtons()
 {
-    m_buttons.value(QStringLiteral("ZoomOutBtn"))->setEnabled(TimelineNavigation::canZoomOut(model()));
+    m_buttons.value(QStringLiteral("ZoomOutBtn"))
+        ->setEnabled(TimelineNavigation::canZoomOut(model()));
     m_timeLine->update();
 }
 
@@ -351,13 +357,15 @@ void TRMTimeLineDlg::PopupMenu1Popup()
     if (!e) {
         return;
     }
-    const QString link = e->tag >= 0 && e->tag < model().links.size() ? model().links.at(e->tag) : QString();
+    const QString link =
+        e->tag >= 0 && e->tag < model().links.size() ? model().links.at(e->tag) : QString();
     m_menuItems.value(QStringLiteral("Followlink1"))
         ->setEnabled(common::tabField(link, 4).startsWith(QLatin1Char('2')));
     const bool below = e->annotationPosition == AnnotationPosition::Bottom;
     m_menuItems.value(QStringLiteral("Atthebottom1"))->setChecked(below);
     m_menuItems.value(QStringLiteral("Ontop1"))->setChecked(!below);
-    m_menuItems.value(QStringLiteral("Position1"))->setEnabled(m_layoutMode == LayoutMode::Alternate);
+    m_menuItems.value(QStringLiteral("Position1"))
+        ->setEnabled(m_layoutMode == LayoutMode::Alternate);
 }
 
 void TRMTimeLineDlg::Delete1Click()
@@ -405,7 +413,8 @@ void TRMTimeLineDlg::Color1Click()
 void TRMTimeLineDlg::Followlink1Click()
 {
     const TimelineEvent* e = selectedEvent();
-    const QString link = e && e->tag >= 0 && e->tag < model().links.size() ? model().links.at(e->tag) : QString();
+    const QString link =
+        e && e->tag >= 0 && e->tag < model().links.size() ? model().links.at(e->tag) : QString();
     m_lastLocation = common::tabField(link, 4);
 }
 
@@ -429,8 +438,9 @@ void TRMTimeLineDlg::SaveChart2Click()
     static const char* const kExtensions[] = {"png", "jpg", "bmp", "gif"};
     ui::Dialogs::FileRequest request;
     request.directory = m_saveFolder;
-    request.filters = {QStringLiteral("PNG file (*.png)"), QStringLiteral("JPEG Image File (*.jpg)"),
-                       QStringLiteral("Bitmaps (*.bmp)"), QStringLiteral("GIF Image (*.gif)")};
+    request.filters = {QStringLiteral("PNG file (*.png)"),
+                       QStringLiteral("JPEG Image File (*.jpg)"), QStringLiteral("Bitmaps (*.bmp)"),
+                       QStringLiteral("GIF Image (*.gif)")};
     const auto choice = ui::dialogs().getSaveFileName(this, request);
     if (!choice || choice->filterIndex < 1 || choice->filterIndex > 4) {
         return;
@@ -458,11 +468,12 @@ void TRMTimeLineDlg::CopyChart2Click()
 {
     // The picture goes through a bitmap file in the temporary folder, which is left in place.
     const QString file = copyFileName();
-    const Status saved = TimelineRenderer::savePicture(model(), m_timeLine->size(), file,
-                                                       QStringLiteral("bmp"));
+    const Status saved =
+        TimelineRenderer::savePicture(model(), m_timeLine->size(), file, QStringLiteral("bmp"));
     QImage picture;
     if (!saved || !picture.load(file, "BMP")) {
-        ui::dialogs().warning(this, saved ? QStringLiteral("Cannot read \"%1\"").arg(file) : saved.error());
+        ui::dialogs().warning(this, saved ? QStringLiteral("Cannot read \"%1\"").arg(file)
+                                          : saved.error());
         return;
     }
     QApplication::clipboard()->setImage(picture);
@@ -503,6 +514,7 @@ void TRMTimeLineDlg::Panel1Click()
 
 void TRMTimeLineDlg::FormActivate()
 {
+    m_timeLine->setHintPause(kActiveHintPauseMs);
     TimelineEvents::sortEvents(model());
     PositionClick();
 }
@@ -511,6 +523,12 @@ void TRMTimeLineDlg::showEvent(QShowEvent* event)
 {
     EditorPanel::showEvent(event);
     FormActivate();
+}
+
+void TRMTimeLineDlg::hideEvent(QHideEvent* event)
+{
+    m_timeLine->setHintPause(kHintPauseMs);
+    EditorPanel::hideEvent(event);
 }
 
 bool TRMTimeLineDlg::eventFilter(QObject* watched, QEvent* event)

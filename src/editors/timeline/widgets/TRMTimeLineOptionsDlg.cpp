@@ -133,9 +133,9 @@ void TRMTimeLineOptionsDlg::FormActivate()
 
 void TRMTimeLineOptionsDlg::AdjustColors()
 {
-    TimelineEvents::AdjustColors(*m_timeline,
-                                 {m_background->colour(), m_backgroundTo->colour(), m_bar->colour(),
-                                  m_barTo->colour(), m_annotations->colour(), m_round->isChecked()});
+    TimelineEvents::AdjustColors(*m_timeline, {m_background->colour(), m_backgroundTo->colour(),
+                                               m_bar->colour(), m_barTo->colour(),
+                                               m_annotations->colour(), m_round->isChecked()});
     m_refresh();
 }
 

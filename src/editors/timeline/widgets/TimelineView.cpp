@@ -2,9 +2,9 @@
 
 #include "editors/timeline/TimelineRenderer.h"
 
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QToolTip>
 
 #include <cmath>
@@ -21,6 +21,30 @@ TimelineView::TimelineView(TimelineModel* model, QWidget* parent) : QWidget(pare
     setMouseTracking(true);
     setMinimumHeight(120);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    m_hintTimer = new QTimer(this);
+    m_hintTimer->setSingleShot(true);
+    m_hintTimer->setInterval(100);
+    connect(m_hintTimer, &QTimer::timeout, this, &TimelineView::showHint);
+}
+
+void TimelineView::setHintPause(int milliseconds)
+{
+    m_hintTimer->setInterval(milliseconds);
+}
+
+int TimelineView::hintPause() const
+{
+    return m_hintTimer->interval();
+}
+
+void TimelineView::showHint()
+{
+    const int index = eventAt(m_hintAt);
+    if (index >= 0 && !m_model->events[std::size_t(index)].hint.isEmpty()) {
+        QToolTip::showText(mapToGlobal(m_hintAt), m_model->events[std::size_t(index)].hint, this);
+    } else {
+        QToolTip::hideText();
+    }
 }
 
 int TimelineView::eventAt(QPoint point) const
@@ -48,6 +72,9 @@ void TimelineView::mousePressEvent(QMouseEvent* event)
 void TimelineView::mouseMoveEvent(QMouseEvent* event)
 {
     emit pointerMoved(event->globalPosition().toPoint());
+    // The hint waits for the pointer to rest.
+    m_hintAt = event->position().toPoint();
+    m_hintTimer->start();
     if (!m_pressed || !(event->buttons() & Qt::LeftButton)) {
         return;
     }
@@ -86,16 +113,13 @@ void TimelineView::resizeEvent(QResizeEvent* event)
 
 bool TimelineView::event(QEvent* event)
 {
+    // Hints follow the page's own pause (see setHintPause), not the style's.
     if (event->type() == QEvent::ToolTip) {
-        auto* help = static_cast<QHelpEvent*>(event);
-        const int index = eventAt(help->pos());
-        if (index >= 0 && !m_model->events[std::size_t(index)].hint.isEmpty()) {
-            QToolTip::showText(help->globalPos(), m_model->events[std::size_t(index)].hint, this);
-        } else {
-            QToolTip::hideText();
-            event->ignore();
-        }
+        event->accept();
         return true;
+    }
+    if (event->type() == QEvent::Leave) {
+        m_hintTimer->stop();
     }
     return QWidget::event(event);
 }

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+class QTimer;
+
 namespace kestrum::timeline {
 
 // The timeline control: draws the model (TimelineRenderer), shows an event's hint as its
@@ -17,6 +19,9 @@ public:
     TimelineModel& model() { return *m_model; }
     // The event under `point`, or -1.
     int eventAt(QPoint point) const;
+    // How long the pointer rests on an event before its hint shows (milliseconds).
+    void setHintPause(int milliseconds);
+    int hintPause() const;
 
 signals:
     // A click (press and release without a drag) on event `index`; reported after
@@ -38,7 +43,11 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void showHint();
+
     TimelineModel* m_model;
+    QTimer* m_hintTimer = nullptr;
+    QPoint m_hintAt;
     QPoint m_pressAt;
     double m_pressFrom = 0;
     double m_pressTo = 0;
