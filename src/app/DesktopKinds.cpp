@@ -5,7 +5,9 @@
 
 #include "editors/chart/widgets/TRMChartEditor.h"
 #include "editors/grid/widgets/TRMGridEditor.h"
+#include "editors/image/widgets/TRMImageEditor.h"
 #include "editors/text/widgets/TRMWPEditor.h"
+#include "editors/timeline/widgets/TRMTimeLineDlg.h"
 
 namespace kestrum::app {
 
@@ -32,8 +34,10 @@ DesktopPageKinds desktopPageKinds()
         {.kind = EditorKind::Chart, .makeEditor = editor<chart::TRMChartEditor>(),
          .toolBar = "ChartBar", .menu = "ChartMenu",
          .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
-        {.kind = EditorKind::Image, .toolBar = "ImageBar"},
-        {.kind = EditorKind::Timeline, .createdAtStartup = false},
+        {.kind = EditorKind::Image, .makeEditor = editor<image::TRMImageEditor>(),
+         .toolBar = "ImageBar"},
+        {.kind = EditorKind::Timeline, .makeEditor = editor<timeline::TRMTimeLineDlg>(),
+         .createdAtStartup = false},
         {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
         {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
     };

@@ -3,6 +3,8 @@
 #include "DemoChartPage.h"
 
 #include "cli/CommandTable.h"
+#include "cli/DemoImagePage.h"
+#include "cli/DemoTimelinePage.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
 #include "editors/grid/GridDocument.h"
@@ -272,6 +274,12 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
         demoChartPage(),
         QStringLiteral("Grouped bars; swap the series to compare the groups within each code."),
         QStringLiteral("Chart\tInterviews 2026\tCode frequencies by interview group\t3"));
+    demo.page(figures, PageType::Image, QStringLiteral("Belonging by tenure (chart snapshot)"),
+              demoImageContent(), QStringLiteral("Snapshot of the survey chart, March 2026."));
+    demo.page(figures, PageType::Timeline, QStringLiteral("Milestones of the transition"),
+              demoTimelineContent(),
+              QStringLiteral("From the office move to the survey; links point at the passages."),
+              QStringLiteral("Timeline\tInterviews 2026\tMilestones of the transition\t9"));
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),

@@ -30,11 +30,11 @@ struct PageKind
     // File extensions (upper case, with the dot: ".WSX") that become pages of this kind when a
     // file is added. The match is a substring test against their concatenation, in table order.
     QStringList importExtensions;
+    // A page added as this kind is stored at once, even empty or when its source file cannot
+    // be read.
+    bool storedWhenAdded = false;
     // Loading a missing page clears the editor of this kind (otherwise it keeps what it shows).
     bool clearedWhenMissing = false;
-    // A page added as this kind is written at once, even when it has no file or its file
-    // cannot be read (it is then stored empty).
-    bool storedWhenAdded = false;
 };
 
 // The page kinds of a build, in registration order.

@@ -349,12 +349,12 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
                 document->clear();
             }
         }
-        // An empty text page is stored as an empty document (so is a chart page, even when
-        // its file cannot be read); other kinds store what they imported, unless the kind
-        // keeps that import unsaved for now.
+        // An empty text page is stored as an empty document, and the kinds that say so store
+        // whatever they hold; other kinds store what they imported, unless the kind keeps
+        // that import unsaved for now.
         const PageKind* entry = m_kinds.find(kind);
-        const bool always = kind == EditorKind::Text || (entry && entry->storedWhenAdded);
-        if (always || (loaded && document->storesImportImmediately(sourceFile))) {
+        if (kind == EditorKind::Text || (entry && entry->storedWhenAdded) ||
+            (loaded && document->storesImportImmediately(sourceFile))) {
             savePage(id, *document);
         } else if (loaded) {
             QByteArray bytes;
