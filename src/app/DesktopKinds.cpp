@@ -3,6 +3,7 @@
 
 #include "app/DesktopKinds.h"
 
+#include "editors/diagram/widgets/TRMDiagramEditor.h"
 #include "editors/grid/TRMGridEditor.h"
 #include "editors/text/TRMWPEditor.h"
 
@@ -32,7 +33,8 @@ DesktopPageKinds desktopPageKinds()
          .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
         {.kind = EditorKind::Image, .toolBar = "ImageBar"},
         {.kind = EditorKind::Timeline, .createdAtStartup = false},
-        {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
+        {.kind = EditorKind::Diagram, .makeEditor = editor<diagram::TRMDiagramEditor>(),
+         .toolBar = "DiagramBar", .createdAtStartup = false},
         {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
     };
 }
