@@ -21,8 +21,8 @@ DiagramFont fromDialogFont(const QFont& font, common::TColor colour)
 {
     DiagramFont f;
     f.name = font.family();
-    const int points = font.pointSize() > 0 ? font.pointSize()
-                                            : int(font.pixelSize() * 72.0 / 96.0 + 0.5);
+    const int points =
+        font.pointSize() > 0 ? font.pointSize() : int(font.pixelSize() * 72.0 / 96.0 + 0.5);
     f.size = std::clamp(points, 1, DiagramStream::kMaxFontSize);
     f.style = quint8((font.bold() ? FontStyle::Bold : 0) | (font.italic() ? FontStyle::Italic : 0) |
                      (font.underline() ? FontStyle::Underline : 0) |

@@ -18,8 +18,7 @@ public:
 
     QRectF boundingRect() const override { return m_bounds; }
     QPainterPath shape() const override;
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
-               QWidget* widget) override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
     QRectF computeBounds() const;

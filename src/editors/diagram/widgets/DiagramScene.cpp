@@ -20,6 +20,13 @@ DiagramScene::DiagramScene(DiagramPageDocument& document, QObject* parent)
     rebuild();
 }
 
+DiagramScene::~DiagramScene()
+{
+    // Items going away change the selection: nothing is written back any more.
+    m_rebuilding = true;
+    clear();
+}
+
 void DiagramScene::rebuild()
 {
     common::ScopedFlag rebuilding(m_rebuilding);

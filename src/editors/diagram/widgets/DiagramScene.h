@@ -17,6 +17,7 @@ class DiagramScene : public QGraphicsScene
     Q_OBJECT
 public:
     explicit DiagramScene(DiagramPageDocument& document, QObject* parent = nullptr);
+    ~DiagramScene() override;
 
     void rebuild();
     const std::vector<DiagramBlockItem*>& blockItems() const { return m_blocks; }

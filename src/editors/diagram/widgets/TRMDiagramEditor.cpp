@@ -84,7 +84,15 @@ TRMDiagramEditor::TRMDiagramEditor(QWidget* parent) : ui::EditorPanel(parent)
     followDocument();
 }
 
-TRMDiagramEditor::~TRMDiagramEditor() = default;
+TRMDiagramEditor::~TRMDiagramEditor()
+{
+    // The view, the scene and the dialogs refer to the document: they go first.
+    delete m_view;
+    delete m_scene;
+    delete m_editDialog;
+    delete m_sizingDialog;
+    delete m_blocksDialog;
+}
 
 QAction* TRMDiagramEditor::makeAction(const QString& name, const QString& text,
                                       const QString& themeIcon)
@@ -161,8 +169,7 @@ void TRMDiagramEditor::buildActions()
     m_copyMenu->setObjectName(QStringLiteral("PopupMenu2"));
     QAction* bitmap = makeAction(QStringLiteral("MenuItem1"), QStringLiteral("Copy as bitmap"));
     on(bitmap, &TRMDiagramEditor::MenuItem1Click);
-    QAction* metafile =
-        makeAction(QStringLiteral("MenuItem2"), QStringLiteral("Copy as metafile"));
+    QAction* metafile = makeAction(QStringLiteral("MenuItem2"), QStringLiteral("Copy as metafile"));
     metafile->setToolTip(QStringLiteral("Copies the diagram as an SVG drawing"));
     on(metafile, &TRMDiagramEditor::MenuItem2Click);
     m_copyMenu->addAction(bitmap);

@@ -78,8 +78,8 @@ QWidget* TRMEditBlockDlg::buildNodesTab()
     m_shapeList->addItems(kShapeItems);
     m_sizeSpin = new QSpinBox;
     m_sizeSpin->setRange(1, kMaxBlockSize);
-    m_colourWell = new ui::ColourSelector(ui::ColourSelector::Kind::Background,
-                                          QStringLiteral("Color"));
+    m_colourWell =
+        new ui::ColourSelector(ui::ColourSelector::Kind::Background, QStringLiteral("Color"));
     auto* font = new QPushButton(QStringLiteral("Font"));
     font->setObjectName(QStringLiteral("BtnFont"));
     m_nodeSample = sampleLabel();
@@ -106,8 +106,8 @@ QWidget* TRMEditBlockDlg::buildLinksTab()
     auto* form = new QFormLayout(page);
     m_linkSizeSpin = new QSpinBox;
     m_linkSizeSpin->setRange(0, 1000);
-    m_linkColourWell = new ui::ColourSelector(ui::ColourSelector::Kind::Background,
-                                              QStringLiteral("Color"));
+    m_linkColourWell =
+        new ui::ColourSelector(ui::ColourSelector::Kind::Background, QStringLiteral("Color"));
     m_styleList = new QComboBox;
     m_styleList->addItems(kStyleItems);
     auto* font = new QPushButton(QStringLiteral("Font"));

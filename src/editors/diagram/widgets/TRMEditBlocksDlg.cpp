@@ -135,9 +135,8 @@ void TRMEditBlocksDlg::setStyles(const DiagramBlockStyles& styles)
         const BlockStyle& b = styles.groups()[std::size_t(g)];
         c.size->setValue(b.size);
         // An index outside the list leaves no item chosen (applied as an ellipse).
-        c.shape->setCurrentIndex(b.shapeIndex >= 0 && b.shapeIndex < c.shape->count()
-                                     ? b.shapeIndex
-                                     : -1);
+        c.shape->setCurrentIndex(b.shapeIndex >= 0 && b.shapeIndex < c.shape->count() ? b.shapeIndex
+                                                                                      : -1);
         c.colour->setColour(common::toQColor(b.colour));
         m_groupFonts[std::size_t(g)] = b.font;
     }

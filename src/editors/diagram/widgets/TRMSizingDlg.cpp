@@ -64,7 +64,8 @@ void TRMSizingDlg::ApplyChanges(QSlider* changed)
         return;
     }
     if (changed == m_node) {
-        m_document.change([this](DiagramDocument& d) { DiagramSizing::applyNodeSize(d, m_values); });
+        m_document.change(
+            [this](DiagramDocument& d) { DiagramSizing::applyNodeSize(d, m_values); });
     } else if (changed == m_nodeText) {
         m_document.change(
             [this](DiagramDocument& d) { DiagramSizing::applyNodeTextSize(d, m_values); });
@@ -73,9 +74,8 @@ void TRMSizingDlg::ApplyChanges(QSlider* changed)
             [this](DiagramDocument& d) { DiagramSizing::applyLinkTextSize(d, m_values); });
     } else if (changed == m_link) {
         Status status;
-        m_document.change([&](DiagramDocument& d) {
-            status = DiagramSizing::applyLinkWidths(d, m_values);
-        });
+        m_document.change(
+            [&](DiagramDocument& d) { status = DiagramSizing::applyLinkWidths(d, m_values); });
         if (!status) {
             ui::dialogs().warning(this, status.error());
         }
