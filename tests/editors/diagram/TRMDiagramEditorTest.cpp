@@ -3,11 +3,13 @@
 
 #include "editors/diagram/widgets/TRMDiagramEditor.h"
 #include "DiagramSamples.h"
+#include "common/IniFile.h"
 #include "editors/diagram/DiagramStream.h"
 #include "editors/diagram/widgets/DiagramBlockItem.h"
 #include "editors/diagram/widgets/DiagramScene.h"
 #include "editors/diagram/widgets/DiagramView.h"
 #include "editors/diagram/widgets/TRMEditBlockDlg.h"
+#include "editors/diagram/widgets/TRMEditBlocksDlg.h"
 #include "editors/diagram/widgets/TRMSizingDlg.h"
 #include "support/ScriptedDialogs.h"
 #include "ui/ColourSelector.h"
@@ -377,6 +379,63 @@ private slots:
             kinds << s.kind;
         }
         QCOMPARE(kinds, (QStringList{"print setup", "print setup", "print preview"}));
+    }
+
+    // The styling dialog over the diagram's own grouping, its styles read from and saved to its
+    // settings file.
+    void blockStylesApplyToTheGroupsAndAreKept()
+    {
+        // 0 <- 1 <- 2: a target, a level-1 and a level-2 block; 3 is in no group.
+        DiagramDocument d;
+        for (int i = 0; i < 4; ++i) {
+            d.blocks().push_back(test::sampleBlock(QString::number(i), i * 60, 0));
+        }
+        d.links().push_back(test::sampleLink(1, 0, QStringLiteral("1")));
+        d.links().push_back(test::sampleLink(2, 1, QStringLiteral("2")));
+        load(d);
+        const QString file = TRMDiagramEditor::blockStylesFile();
+        QFile::remove(file);
+        {
+            common::IniFile ini(file);
+            ini.writeInteger(QStringLiteral("Level1Blocks"), QStringLiteral("Size"), 44);
+            ini.writeInteger(QStringLiteral("Level1Blocks"), QStringLiteral("FontStyle"), 2);
+            QVERIFY(ini.save());
+        }
+        dialogs().answerExec([](QDialog* dialog) {
+            auto* dlg = static_cast<TRMEditBlocksDlg*>(dialog);
+            if (dlg->groupControls(1).size->value() != 44 ||
+                dlg->groups().blocks[2] != std::vector<int>{2}) {
+                return int(QDialog::Rejected);
+            }
+            dlg->show();
+            dlg->groupControls(0).shape->setCurrentIndex(-1); // none chosen: ellipse
+            dlg->groupControls(0).size->setValue(70);
+            dlg->groupControls(2).shape->setCurrentIndex(2);
+            dlg->linkStyleList()->setCurrentIndex(PenStyle::Dash);
+            dlg->btnApplyClick();
+            dlg->btnCancelClick();
+            return dlg->result();
+        });
+        editor().EditBlockStyles();
+        QCOMPARE(diagram().blocks()[0].width, 70.0);
+        QCOMPARE(diagram().blocks()[0].shape, BlockShape::Ellipse);
+        QCOMPARE(diagram().blocks()[0].colour, 0x0000FF);
+        QCOMPARE(diagram().blocks()[1].width, 44.0);
+        QCOMPARE(diagram().blocks()[1].colour, 0xDA985C);
+        QCOMPARE(diagram().blocks()[1].cells.front().font.style, FontStyle::Italic);
+        QCOMPARE(diagram().blocks()[2].shape, BlockShape::Diamond);
+        // Level 2 takes level 1's font style.
+        QCOMPARE(diagram().blocks()[2].cells.front().font.style, FontStyle::Italic);
+        QCOMPARE(diagram().blocks()[3], test::sampleBlock(QStringLiteral("3"), 180, 0));
+        QCOMPARE(diagram().links()[1].style, PenStyle::Dash);
+        // What the dialog showed is kept.
+        common::IniFile ini(file);
+        QVERIFY(ini.load());
+        QCOMPARE(ini.readInteger(QStringLiteral("TargetBlocks"), QStringLiteral("Size"), 0), 70);
+        QCOMPARE(ini.readInteger(QStringLiteral("TargetBlocks"), QStringLiteral("Shape"), 0), -1);
+        QCOMPARE(ini.readInteger(QStringLiteral("Level2Blocks"), QStringLiteral("FontStyle"), -1),
+                 2);
+        QCOMPARE(ini.readInteger(QStringLiteral("LinksOptions"), QStringLiteral("Style"), 0), 1);
     }
 
     void fitToCenterFitsAndCentres()
