@@ -57,6 +57,13 @@ void DiagramPageDocument::setDiagram(DiagramDocument diagram)
     change([&](DiagramDocument& d) { d = std::move(diagram); });
 }
 
+void DiagramPageDocument::setZoom(int percent)
+{
+    m_diagram.setZoom(percent);
+    emit zoomChanged(percent);
+    emit contentChanged();
+}
+
 void DiagramPageDocument::moveBlock(int index, double left, double top)
 {
     if (index < 0 || index >= int(m_diagram.blocks().size())) {

@@ -33,6 +33,8 @@ public:
     // Replaces the whole diagram as an edit (tests, tools).
     void setDiagram(DiagramDocument diagram);
 
+    // A user's zoom: the views rescale without rebuilding; the page is modified.
+    void setZoom(int percent);
     // Block positions only, as the view moves items (the views need not rebuild).
     void moveBlock(int index, double left, double top);
     void setSelection(const std::vector<int>& blocks, const std::vector<int>& links);
@@ -40,6 +42,8 @@ public:
 signals:
     // The diagram changed in any way: views rebuild what they show.
     void diagramChanged();
+    // Only the zoom changed.
+    void zoomChanged(int percent);
 
 private:
     DiagramDocument m_diagram;

@@ -83,6 +83,14 @@ void paintCellText(QPainter& painter, const DiagramTextCell& cell, const QRectF&
 
 QFont DiagramRenderer::toQFont(const DiagramFont& font)
 {
+    // Most texts of a diagram share one font: the last one made is kept.
+    thread_local DiagramFont lastKey;
+    thread_local QFont lastFont;
+    thread_local bool haveLast = false;
+    if (haveLast && font.name == lastKey.name && font.size == lastKey.size &&
+        font.style == lastKey.style) {
+        return lastFont;
+    }
     QFont f(font.name);
     // Points at 96 pixels per inch; drawing units are pixels at 100 %.
     f.setPixelSize(std::max(1, int(std::lround(font.size * 96.0 / 72.0))));
@@ -90,7 +98,16 @@ QFont DiagramRenderer::toQFont(const DiagramFont& font)
     f.setItalic(font.style & FontStyle::Italic);
     f.setUnderline(font.style & FontStyle::Underline);
     f.setStrikeOut(font.style & FontStyle::StrikeOut);
+    lastKey = font;
+    lastFont = f;
+    haveLast = true;
     return f;
+}
+
+bool DiagramRenderer::readableAt(const DiagramFont& font, double scale)
+{
+    constexpr double kSmallestPixels = 4;
+    return font.size * 96.0 / 72.0 * scale >= kSmallestPixels;
 }
 
 QRectF DiagramRenderer::blockRect(const DiagramBlock& block)
@@ -144,7 +161,8 @@ QPainterPath DiagramRenderer::linkLoop(const DiagramBlock& block)
     return path;
 }
 
-void DiagramRenderer::paintBlock(QPainter& painter, const DiagramBlock& block, bool showSelection)
+void DiagramRenderer::paintBlock(QPainter& painter, const DiagramBlock& block, bool showSelection,
+                                 bool withText)
 {
     const QRectF r = blockRect(block);
     if (block.shape != BlockShape::None) {
@@ -155,7 +173,8 @@ void DiagramRenderer::paintBlock(QPainter& painter, const DiagramBlock& block, b
         painter.setPen(QPen(Qt::black, 0));
         painter.drawPath(blockOutline(block));
     }
-    if (const DiagramTextCell* cell = DiagramDocument::firstCell(block.cells)) {
+    const DiagramTextCell* cell = DiagramDocument::firstCell(block.cells);
+    if (cell && withText) {
         // The text may reach past a small block: it is centred on it.
         const QRectF area = r.adjusted(-r.width(), 0, r.width(), 0);
         paintCellText(painter, *cell, area, Qt::AlignCenter | Qt::TextWordWrap);
@@ -168,7 +187,7 @@ void DiagramRenderer::paintBlock(QPainter& painter, const DiagramBlock& block, b
 }
 
 void DiagramRenderer::paintLink(QPainter& painter, const DiagramDocument& diagram,
-                                const DiagramLink& link, bool showSelection)
+                                const DiagramLink& link, bool showSelection, bool withText)
 {
     const auto& blocks = diagram.blocks();
     if (link.source < 0 || link.target < 0 || link.source >= int(blocks.size()) ||
@@ -208,7 +227,8 @@ void DiagramRenderer::paintLink(QPainter& painter, const DiagramDocument& diagra
         }
         textAt = line.center();
     }
-    if (const DiagramTextCell* cell = DiagramDocument::firstCell(link.cells)) {
+    const DiagramTextCell* cell = DiagramDocument::firstCell(link.cells);
+    if (cell && withText) {
         paintCellText(painter, *cell, QRectF(textAt - QPointF(100, 50), QSizeF(200, 100)),
                       Qt::AlignCenter);
     }

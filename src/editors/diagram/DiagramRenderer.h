@@ -32,9 +32,13 @@ public:
     static QLineF linkLine(const DiagramBlock& source, const DiagramBlock& target);
     static QPainterPath linkLoop(const DiagramBlock& block);
 
-    static void paintBlock(QPainter& painter, const DiagramBlock& block, bool showSelection);
+    // `withText` false leaves the texts out (a surface zoomed too far out to read them).
+    static void paintBlock(QPainter& painter, const DiagramBlock& block, bool showSelection,
+                           bool withText = true);
     static void paintLink(QPainter& painter, const DiagramDocument& diagram,
-                          const DiagramLink& link, bool showSelection);
+                          const DiagramLink& link, bool showSelection, bool withText = true);
+    // Whether texts of `font` are worth drawing at `scale` (pixels a drawing unit).
+    static bool readableAt(const DiagramFont& font, double scale);
     // Every link, then every block (blocks cover link ends), in drawing units.
     static void paintItems(QPainter& painter, const DiagramDocument& diagram, bool showSelection);
 

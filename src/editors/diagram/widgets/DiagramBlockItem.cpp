@@ -5,6 +5,7 @@
 #include "editors/diagram/widgets/DiagramLinkItem.h"
 
 #include <QPainter>
+#include <QStyleOptionGraphicsItem>
 
 namespace kestrum::diagram {
 
@@ -35,13 +36,16 @@ QPainterPath DiagramBlockItem::shape() const
     return b.shape == BlockShape::None ? path : DiagramRenderer::blockOutline(b);
 }
 
-void DiagramBlockItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+void DiagramBlockItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
-    DiagramBlock b = m_document.diagram().blocks()[std::size_t(m_index)];
-    b.left = 0;
-    b.top = 0;
-    b.selected = isSelected();
-    DiagramRenderer::paintBlock(*painter, b, true);
+    const DiagramBlock& b = m_document.diagram().blocks()[std::size_t(m_index)];
+    const double scale = option->levelOfDetailFromTransform(painter->worldTransform());
+    const DiagramTextCell* cell = DiagramDocument::firstCell(b.cells);
+    // The block is drawn where it is in the document, the item being at its corner.
+    painter->translate(-b.left, -b.top);
+    DiagramRenderer::paintBlock(*painter, b, true,
+                                cell && DiagramRenderer::readableAt(cell->font, scale));
+    painter->translate(b.left, b.top);
 }
 
 QVariant DiagramBlockItem::itemChange(GraphicsItemChange change, const QVariant& value)

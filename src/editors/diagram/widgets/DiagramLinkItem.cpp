@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QPainterPathStroker>
+#include <QStyleOptionGraphicsItem>
 
 namespace kestrum::diagram {
 
@@ -63,12 +64,14 @@ QPainterPath DiagramLinkItem::shape() const
     return stroker.createStroke(path);
 }
 
-void DiagramLinkItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+void DiagramLinkItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
     const DiagramDocument& d = m_document.diagram();
-    DiagramLink l = d.links()[std::size_t(m_index)];
-    l.selected = isSelected();
-    DiagramRenderer::paintLink(*painter, d, l, true);
+    const DiagramLink& l = d.links()[std::size_t(m_index)];
+    const double scale = option->levelOfDetailFromTransform(painter->worldTransform());
+    const DiagramTextCell* cell = DiagramDocument::firstCell(l.cells);
+    DiagramRenderer::paintLink(*painter, d, l, true,
+                               cell && DiagramRenderer::readableAt(cell->font, scale));
 }
 
 } // namespace kestrum::diagram

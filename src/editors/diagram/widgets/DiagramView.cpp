@@ -12,6 +12,8 @@ namespace {
 
 // A range smaller than this (pixels) is a click, not a rectangle.
 constexpr int kMinRange = 4;
+// The smallest zoom drawn with antialiasing.
+constexpr double kSmoothFrom = 0.5;
 
 } // namespace
 
@@ -19,6 +21,9 @@ DiagramView::DiagramView(QWidget* parent) : QGraphicsView(parent)
 {
     setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     setViewportUpdateMode(QGraphicsView::SmartViewportUpdate);
+    // Every item sets the pen, brush and font it draws with and undoes its own moves.
+    setOptimizationFlags(QGraphicsView::DontSavePainterState |
+                         QGraphicsView::DontAdjustForAntialiasing);
     setTransformationAnchor(QGraphicsView::AnchorViewCenter);
     setBackgroundBrush(Qt::white);
     setFocusPolicy(Qt::StrongFocus);
@@ -50,6 +55,8 @@ void DiagramView::setZoom(int percent)
     m_zoom = percent;
     const double scale = std::max(percent, 1) / 100.0;
     setTransform(QTransform::fromScale(scale, scale));
+    // Far out, smoothing costs more than it shows.
+    setRenderHint(QPainter::Antialiasing, scale >= kSmoothFrom);
 }
 
 int DiagramView::zoomFor(const QRectF& sceneRect) const

@@ -79,6 +79,7 @@ TRMDiagramEditor::TRMDiagramEditor(QWidget* parent) : ui::EditorPanel(parent)
             m_view->setZoom(m_document.diagram().zoom());
         }
     });
+    connect(&m_document, &DiagramPageDocument::zoomChanged, m_view, &DiagramView::setZoom);
     connect(&m_document, &store::PageDocument::contentReset, this,
             &TRMDiagramEditor::followDocument);
     followDocument();
@@ -211,7 +212,7 @@ void TRMDiagramEditor::followDocument()
 
 void TRMDiagramEditor::setZoom(int zoom)
 {
-    m_document.change([zoom](DiagramDocument& d) { d.setZoom(zoom); });
+    m_document.setZoom(zoom);
 }
 
 QPoint TRMDiagramEditor::belowButton(QAction* a) const
