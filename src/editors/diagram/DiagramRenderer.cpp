@@ -16,6 +16,11 @@ namespace {
 
 constexpr double kRoundRectRadius = 8;
 constexpr double kLoopSize = 14;
+// Below these sizes in pixels a block is filled plainly and drawn as a box, and a link has no
+// arrow head.
+constexpr double kSmallestGradient = 12;
+constexpr double kSmallestOutline = 4;
+constexpr double kSmallestArrow = 3;
 // The largest picture the exports make, in pixels per side.
 constexpr int kMaxPictureSide = 16000;
 
@@ -23,6 +28,12 @@ QColor colourOf(common::TColor colour, const QColor& fallback)
 {
     const QColor c = common::toQColor(colour);
     return c.isValid() ? c : fallback;
+}
+
+double scaleOf(const QPainter& painter)
+{
+    const QTransform& t = painter.worldTransform();
+    return std::hypot(t.m11(), t.m12());
 }
 
 Qt::PenStyle qtPenStyle(quint8 style)
@@ -166,12 +177,22 @@ void DiagramRenderer::paintBlock(QPainter& painter, const DiagramBlock& block, b
 {
     const QRectF r = blockRect(block);
     if (block.shape != BlockShape::None) {
-        QLinearGradient gradient(r.topLeft(), r.bottomLeft());
-        gradient.setColorAt(0, colourOf(block.gradientStart, Qt::white));
-        gradient.setColorAt(1, colourOf(block.colour, Qt::lightGray));
-        painter.setBrush(gradient);
+        const double pixels = std::min(r.width(), r.height()) * scaleOf(painter);
+        if (pixels >= kSmallestGradient) {
+            QLinearGradient gradient(r.topLeft(), r.bottomLeft());
+            gradient.setColorAt(0, colourOf(block.gradientStart, Qt::white));
+            gradient.setColorAt(1, colourOf(block.colour, Qt::lightGray));
+            painter.setBrush(gradient);
+        } else {
+            // A few pixels show the block's colour, not its gradient.
+            painter.setBrush(colourOf(block.colour, Qt::lightGray));
+        }
         painter.setPen(QPen(Qt::black, 0));
-        painter.drawPath(blockOutline(block));
+        if (pixels < kSmallestOutline && block.shape != BlockShape::Ellipse) {
+            painter.drawRect(r);
+        } else {
+            painter.drawPath(blockOutline(block));
+        }
     }
     const DiagramTextCell* cell = DiagramDocument::firstCell(block.cells);
     if (cell && withText) {
@@ -211,8 +232,8 @@ void DiagramRenderer::paintLink(QPainter& painter, const DiagramDocument& diagra
     } else {
         const QLineF line = linkLine(source, target);
         painter.drawLine(line);
-        // An arrow head at the target.
-        if (line.length() > 0) {
+        // An arrow head at the target, where it is big enough to see.
+        if (line.length() > 0 && (5 + link.penWidth) * scaleOf(painter) >= kSmallestArrow) {
             const double size = 5 + link.penWidth;
             const QLineF back = QLineF(line.p2(), line.p1());
             QLineF a = back;
