@@ -4,6 +4,7 @@
 #include "app/DesktopKinds.h"
 
 #include "editors/chart/widgets/TRMChartEditor.h"
+#include "editors/diagram/widgets/TRMDiagramEditor.h"
 #include "editors/grid/widgets/TRMGridEditor.h"
 #include "editors/image/widgets/TRMImageEditor.h"
 #include "editors/text/widgets/TRMWPEditor.h"
@@ -38,7 +39,8 @@ DesktopPageKinds desktopPageKinds()
          .toolBar = "ImageBar"},
         {.kind = EditorKind::Timeline, .makeEditor = editor<timeline::TRMTimeLineDlg>(),
          .createdAtStartup = false},
-        {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
+        {.kind = EditorKind::Diagram, .makeEditor = editor<diagram::TRMDiagramEditor>(),
+         .toolBar = "DiagramBar", .createdAtStartup = false},
         {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
     };
 }

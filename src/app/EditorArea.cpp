@@ -96,6 +96,8 @@ ui::EditorPanel* EditorArea::ensurePanel(EditorKind kind)
         m_panels[k] = panel;
         connect(&panel->document(), &store::PageDocument::contentChanged, this,
                 [this, kind] { emit contentChanged(kind); });
+        connect(panel, &ui::EditorPanel::reloadRequested, this,
+                [this, kind] { emit reloadRequested(kind); });
         if (QToolBar* bar = m_toolBars[k]) {
             panel->populateToolBar(bar);
         }

@@ -64,6 +64,8 @@ public:
 signals:
     // The user changed the page in the editor of `kind`.
     void contentChanged(kestrum::store::EditorKind kind);
+    // The editor of `kind` asks for its page to be shown again without its unsaved changes.
+    void reloadRequested(kestrum::store::EditorKind kind);
 
 private:
     ui::EditorPanel* ensurePanel(store::EditorKind kind);

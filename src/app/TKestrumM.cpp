@@ -88,6 +88,11 @@ TKestrumM::TKestrumM(Options options, QWidget* parent)
             &TKestrumM::OpenProjectClick);
     connect(m_editors->overview(), &OverviewPanel::recentProjectRequested, this,
             [this](const QString& path) { openProject(path); });
+    // An editor's cancel: its unsaved changes are dropped and the page is shown again.
+    connect(m_editors, &EditorArea::reloadRequested, this, [this] {
+        m_display->setContentModified(false);
+        ShowNode();
+    });
     connectStore();
 
     m_timer = new QTimer(this);

@@ -5,6 +5,7 @@
 #include "cli/CommandTable.h"
 #include "cli/DemoImagePage.h"
 #include "cli/DemoTimelinePage.h"
+#include "cli/DemoDiagramPage.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
 #include "editors/grid/GridDocument.h"
@@ -268,6 +269,10 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               demoResource("isolation-figure.rtf"),
               QStringLiteral("Figure drafted for the steering group; the hidden note in the text "
                              "lists what to check first."));
+    demo.page(figures, PageType::Diagram, QStringLiteral("Concept map: belonging"),
+              demoConceptDiagram(),
+              QStringLiteral("Link labels are co-occurrence weights of the codes."),
+              QStringLiteral("Concept map\tInterviews 2026\tConcept map: belonging\t14"));
 
     demo.page(
         figures, PageType::Chart, QStringLiteral("Code frequencies by interview group"),

@@ -31,6 +31,10 @@ public:
     virtual bool canFind() const { return false; }
     virtual void find() {}
     virtual void replace() {}
+
+signals:
+    // The editor drops its unsaved changes: the page is shown again from the store.
+    void reloadRequested();
 };
 
 } // namespace kestrum::ui
