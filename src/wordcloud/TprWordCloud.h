@@ -179,17 +179,10 @@ signals:
 
 private:
     friend class TprWord;
+    friend class CloudLayout;
+    friend class CloudRenderer;
+    friend class CloudDocumentMapping;
 
-    bool generateOnce(bool resetPosition);
-    void sortWords();
-    void capWeights();
-    void fitSizesToCoverage();
-    void reproportionToWeight();
-    bool placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool fits(const CloudRect& box, const CloudRect& area) const;
-    void applyDocument(const CloudDocumentData& doc);
-    CloudDocumentData toDocument() const;
     void noteWeight(qint32 weight);
 
     std::vector<std::unique_ptr<TprWord>> m_words;
@@ -210,10 +203,6 @@ private:
     bool m_cancel = false;
     quint8 m_stepX = 1;
     quint8 m_stepY = 1;
-    qint32 m_segLength = 1;
-    qint32 m_segPassed = 0;
-    qint32 m_dx = -99;
-    qint32 m_dy = -99;
     qint32 m_countVisibleWords = 0;
     bool m_generating = false;
 
