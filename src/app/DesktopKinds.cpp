@@ -5,6 +5,7 @@
 
 #include "editors/grid/TRMGridEditor.h"
 #include "editors/text/TRMWPEditor.h"
+#include "editors/wordcloud_page/widgets/TRMWordCloudEditor.h"
 
 namespace kestrum::app {
 
@@ -33,7 +34,9 @@ DesktopPageKinds desktopPageKinds()
         {.kind = EditorKind::Image, .toolBar = "ImageBar"},
         {.kind = EditorKind::Timeline, .createdAtStartup = false},
         {.kind = EditorKind::Diagram, .toolBar = "DiagramBar", .createdAtStartup = false},
-        {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::WordCloud,
+         .makeEditor = editor<wordcloud_page::TRMWordCloudEditor>(), .toolBar = "CloudBar",
+         .toolBarHiddenWithAll = true},
     };
 }
 

@@ -1,6 +1,7 @@
 #include "DemoReport.h"
 
 #include "cli/CommandTable.h"
+#include "cli/DemoCloudPage.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
 #include "editors/grid/GridDocument.h"
@@ -264,6 +265,7 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               demoResource("isolation-figure.rtf"),
               QStringLiteral("Figure drafted for the steering group; the hidden note in the text "
                              "lists what to check first."));
+    DemoCloudPage::add(data, figures);
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),

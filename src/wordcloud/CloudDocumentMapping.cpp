@@ -152,4 +152,26 @@ void CloudDocumentMapping::fitToCanvas(TprWordCloud& cloud, const CloudRect& fro
     cloud.m_startingCanvasRect = area;
 }
 
+void CloudDocumentMapping::adoptLayout(TprWordCloud& to, const TprWordCloud& from)
+{
+    to.ClearWords();
+    for (const auto& source : from.m_words) {
+        to.noteWeight(source->Weight());
+        auto word = std::make_unique<TprWord>(&to, source->Text(), source->Weight(),
+                                              source->TextColor(), to.m_placeCenter);
+        word->SetFont(source->Font());
+        word->SetBackgroundColor(to.BackgroundColor());
+        word->SetShadow(to.m_shadow);
+        word->SetSize(source->FontSize());
+        word->SetStartingBoundsRect(source->StartingBoundsRect());
+        word->SetVisible(source->Visible());
+        to.m_words.push_back(std::move(word));
+    }
+    to.m_currentCoverage = from.m_currentCoverage;
+    to.m_stepX = from.m_stepX;
+    to.m_stepY = from.m_stepY;
+    to.m_startingCanvasRect = from.m_startingCanvasRect;
+    to.m_countVisibleWords = from.m_countVisibleWords;
+}
+
 } // namespace kestrum::wordcloud

@@ -16,6 +16,8 @@ public:
     static void apply(TprWordCloud& cloud, const CloudDocumentData& doc);
     // Moves and scales the words laid out on `from` into the cloud's drawing area, centred.
     static void fitToCanvas(TprWordCloud& cloud, const CloudRect& from);
+    // The words of `from`, as laid out, become the words of `to`.
+    static void adoptLayout(TprWordCloud& to, const TprWordCloud& from);
 };
 
 } // namespace kestrum::wordcloud

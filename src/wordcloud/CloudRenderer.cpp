@@ -160,10 +160,19 @@ bool CloudRenderer::writePictureFile(const QString& fileName, const QString& for
     } else {
         return fail(QStringLiteral("unknown picture format \"%1\"").arg(format));
     }
-    QImageWriter writer(fileName, writerFormat);
+    // Written under a temporary name and renamed into place: a reader never sees half a file.
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return fail(QStringLiteral("cannot write %1: %2").arg(fileName, file.errorString()));
+    }
+    QImageWriter writer(&file, writerFormat);
     writer.setQuality(quality);
     if (!writer.write(toBitmap())) {
+        file.cancelWriting();
         return fail(QStringLiteral("cannot write %1: %2").arg(fileName, writer.errorString()));
+    }
+    if (!file.commit()) {
+        return fail(QStringLiteral("cannot write %1: %2").arg(fileName, file.errorString()));
     }
     return true;
 }

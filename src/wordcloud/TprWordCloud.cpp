@@ -248,6 +248,15 @@ void TprWordCloud::FitToCanvas(const CloudRect& from)
     CloudDocumentMapping::fitToCanvas(*this, from);
 }
 
+void TprWordCloud::AdoptLayout(const TprWordCloud& from)
+{
+    if (m_generating || &from == this) {
+        return;
+    }
+    CloudDocumentMapping::adoptLayout(*this, from);
+    emit Changed();
+}
+
 // ---------------------------------------------------------------------------------- clicks
 
 TprWord* TprWordCloud::WordAt(const QPoint& point) const

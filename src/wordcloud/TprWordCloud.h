@@ -158,6 +158,9 @@ public:
     QStringList LoadWarnings() const { return m_loadWarnings; }
     // Moves and scales the words laid out on `from` into the current drawing area, centred.
     void FitToCanvas(const CloudRect& from);
+    // Takes the words of `from` as it laid them out (texts, weights, sizes, boxes, which are
+    // shown) with its drawing area and reached coverage; keeps this cloud's other options.
+    void AdoptLayout(const TprWordCloud& from);
 
     // --- clicks
     // The visible word whose box holds `point` (client coordinates), or null.
