@@ -144,7 +144,7 @@ int runCloud(ArgList& args, CliIo& io)
     const std::optional<int> under = args.takeIntOption(QStringLiteral("--under"));
     const std::optional<QString> title = args.takeOption(QStringLiteral("--title"));
     if (!out && !page) {
-        throw CliError{kExitUsage, QStringLiteral("--out FILE or --page PROJECT is required")};
+        throw CliError{kExitUsage, QStringLiteral("--out FILE is required (or --page PROJECT)")};
     }
     if (!page && (under || title)) {
         throw CliError{kExitUsage, QStringLiteral("--under and --title go with --page")};

@@ -1,6 +1,7 @@
 #include "CloudRenderer.h"
 
 #include "CloudPalettes.h"
+#include "CloudSvgWriter.h"
 #include "TprWordCloud.h"
 #include "common/Rounding.h"
 
@@ -10,9 +11,7 @@
 #include <QImageWriter>
 #include <QMimeData>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QSaveFile>
-#include <QSvgGenerator>
 
 #include <algorithm>
 
@@ -92,35 +91,8 @@ bool CloudRenderer::writeSvg(QIODevice& device)
     if (m_cloud.m_clientSize.isEmpty()) {
         return false;
     }
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QSvgGenerator svg;
-    svg.setOutputDevice(&buffer);
-    svg.setSize(m_cloud.m_clientSize);
-    svg.setViewBox(QRect(QPoint(0, 0), m_cloud.m_clientSize));
-    svg.setTitle(QStringLiteral("Word cloud"));
-    QPainter painter;
-    if (!painter.begin(&svg)) {
-        return false;
-    }
-    paint(painter);
-    if (!painter.end()) {
-        return false;
-    }
-    // The generator gives the size in millimetres at its own resolution; a picture of pixels
-    // states its size in pixels, so every viewer shows it at the size of the cloud.
-    QByteArray bytes = buffer.data();
-    static const QRegularExpression size(
-        QStringLiteral(" width=\"[0-9.]+mm\" height=\"[0-9.]+mm\""));
-    const QString header = QString::fromUtf8(bytes.left(1024));
-    const QRegularExpressionMatch m = size.match(header);
-    if (m.hasMatch()) {
-        const QByteArray pixels = QStringLiteral(" width=\"%1\" height=\"%2\"")
-                                      .arg(m_cloud.m_clientSize.width())
-                                      .arg(m_cloud.m_clientSize.height())
-                                      .toUtf8();
-        bytes.replace(header.left(m.capturedStart()).toUtf8().size(), m.capturedLength(), pixels);
-    }
+    assignColors();
+    const QByteArray bytes = CloudSvgWriter::write(m_cloud);
     return device.write(bytes) == bytes.size();
 }
 

@@ -24,7 +24,7 @@ public:
     // Background, word colours, then every visible word, heaviest first, in client coordinates.
     void paint(QPainter& painter);
     QImage toBitmap();
-    // The picture as SVG, the glyphs as paths.
+    // The picture as SVG: each distinct glyph once as a path, the words referring to them.
     bool writeSvg(QIODevice& device);
     bool writeSvg(const QString& fileName);
     // PNG, BMP or JPEG (quality 90) by `format` ("png", "bmp", "jpg"), or SVG ("svg").

@@ -138,7 +138,7 @@ public:
     // Gives every word its colour from the palette or the gradient.
     void AssignColors();
     QImage SaveToBitmap();
-    // The picture as SVG, the glyphs as paths.
+    // The picture as SVG: each distinct glyph once as a path, the words referring to them.
     bool SaveToMetafile(QIODevice& device);
     bool SaveToMetafile(const QString& fileName);
     // PNG, BMP or JPEG (quality 90) by `format` ("png", "bmp", "jpg"), or SVG ("svg").

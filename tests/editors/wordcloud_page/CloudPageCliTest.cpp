@@ -150,7 +150,7 @@ private slots:
         const QString project = newProject(QStringLiteral("errors.kst"));
         const Run neither = cli({QStringLiteral("cloud"), m_words});
         QVERIFY(neither.code != 0);
-        QVERIFY(neither.err.contains(QLatin1String("--page")));
+        QVERIFY(neither.err.contains(QLatin1String("--out FILE is required (or --page PROJECT)")));
         const Run underAlone =
             cli({QStringLiteral("cloud"), m_words, QStringLiteral("--out"),
                  path(QStringLiteral("x.png")), QStringLiteral("--under"), QStringLiteral("1")});
