@@ -9,6 +9,7 @@
 #include "editors/image/widgets/TRMImageEditor.h"
 #include "editors/text/widgets/TRMWPEditor.h"
 #include "editors/timeline/widgets/TRMTimeLineDlg.h"
+#include "editors/wordcloud_page/widgets/TRMWordCloudEditor.h"
 
 namespace kestrum::app {
 
@@ -41,7 +42,9 @@ DesktopPageKinds desktopPageKinds()
          .createdAtStartup = false},
         {.kind = EditorKind::Diagram, .makeEditor = editor<diagram::TRMDiagramEditor>(),
          .toolBar = "DiagramBar", .createdAtStartup = false},
-        {.kind = EditorKind::WordCloud, .toolBar = "CloudBar", .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::WordCloud,
+         .makeEditor = editor<wordcloud_page::TRMWordCloudEditor>(), .toolBar = "CloudBar",
+         .toolBarHiddenWithAll = true},
     };
 }
 

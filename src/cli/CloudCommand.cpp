@@ -1,9 +1,14 @@
 // cloud: lays a word list out as a word cloud and writes it as a picture or a cloud document,
 // or renders a stored cloud document again without a new layout.
 
+#include "cli/CloudPages.h"
 #include "cli/CommandTable.h"
+#include "cli/ProjectSession.h"
 
 #include "common/Colour.h"
+#include "common/TabFields.h"
+#include "store/OutlineModel.h"
+#include "store/TRMData.h"
 #include "wordcloud/CloudPalettes.h"
 #include "wordcloud/TprWordCloud.h"
 #include "wordcloud/WordList.h"
@@ -115,22 +120,48 @@ int renderDocument(ArgList& args, CliIo& io, const QString& docFile, const QStri
     return kExitOk;
 }
 
+// Appends the laid-out cloud to PROJECT as a word cloud page under node `under`; prints the
+// new node as "add" does.
+void appendPage(CliIo& io, const TprWordCloud& cloud, const QString& project, int under,
+                const QString& title)
+{
+    ProjectSession session(&io);
+    store::TRMData& data = session.open(project);
+    store::OutlineNode* parent = data.outline().nodeAt(under);
+    if (!parent) {
+        throw CliError{kExitBadInput, QStringLiteral("the outline has no node %1").arg(under)};
+    }
+    store::OutlineNode* node = CloudPages::append(data, parent, title, QString(), cloud);
+    io.out << data.outline().indexOf(node) << '\t' << node->level() << '\t' << node->imageIndex()
+           << '\t' << node->data() << '\t' << common::escapeTabs(node->caption()) << '\n';
+    data.CloseFile();
+}
+
 int runCloud(ArgList& args, CliIo& io)
 {
     const std::optional<QString> out = args.takeOption(QStringLiteral("--out"));
-    if (!out) {
-        throw CliError{kExitUsage, QStringLiteral("--out FILE is required")};
+    const std::optional<QString> page = args.takeOption(QStringLiteral("--page"));
+    const std::optional<int> under = args.takeIntOption(QStringLiteral("--under"));
+    const std::optional<QString> title = args.takeOption(QStringLiteral("--title"));
+    if (!out && !page) {
+        throw CliError{kExitUsage, QStringLiteral("--out FILE is required (or --page PROJECT)")};
     }
-    const QString extension = QFileInfo(*out).suffix().toLower();
+    if (!page && (under || title)) {
+        throw CliError{kExitUsage, QStringLiteral("--under and --title go with --page")};
+    }
+    const QString extension = out ? QFileInfo(*out).suffix().toLower() : QString();
     static const QStringList known{QStringLiteral("png"), QStringLiteral("bmp"),
                                    QStringLiteral("jpg"), QStringLiteral("jpeg"),
                                    QStringLiteral("svg"), QStringLiteral("xml")};
-    if (!known.contains(extension)) {
+    if (out && !known.contains(extension)) {
         throw CliError{
             kExitUsage,
             QStringLiteral("--out: the extension chooses the format: .png .bmp .jpg .svg or .xml")};
     }
     if (const std::optional<QString> doc = args.takeOption(QStringLiteral("--doc"))) {
+        if (!out || page) {
+            throw CliError{kExitUsage, QStringLiteral("--doc goes with --out, not --page")};
+        }
         return renderDocument(args, io, *doc, *out, extension);
     }
 
@@ -236,9 +267,15 @@ int runCloud(ArgList& args, CliIo& io)
     timer.start();
     cloud.GenerateCloud(true);
     const double ms = timer.nsecsElapsed() / 1e6;
-    writeOutput(cloud, *out, extension);
+    if (out) {
+        writeOutput(cloud, *out, extension);
+    }
     io.out << cloud.WordCount() << '\t' << cloud.CountVisibleWords() << '\t'
            << coverageText(cloud.CurrentCoverage()) << '\t' << QString::number(ms, 'f', 1) << '\n';
+    if (page) {
+        appendPage(io, cloud, *page, under.value_or(0),
+                   title.value_or(QFileInfo(pos[0]).completeBaseName()));
+    }
     return kExitOk;
 }
 
@@ -248,12 +285,15 @@ void registerCloudCommand(CommandTable& table)
 {
     table.add(
         {QStringLiteral("cloud"),
-         QStringLiteral("WORDS.tsv --out FILE [--size WxH] [--coverage F] [--shape rect|ellipse] "
+         QStringLiteral("WORDS.tsv (--out FILE | --page PROJECT [--under INDEX] [--title T]) "
+                        "[--size WxH] [--coverage F] [--shape rect|ellipse] "
                         "[--random] [--palette N | --gradient START,MIDDLE,END] [--font NAME] "
                         "[--seed S] | --doc CLOUD.xml --out FILE [--size WxH]"),
          QStringLiteral("lay out a word cloud from word<TAB>weight lines (or render a stored "
-                        "cloud document) to .png .bmp .jpg .svg or .xml; prints words, "
-                        "placed, final coverage, layout milliseconds"),
+                        "cloud document) to .png .bmp .jpg .svg or .xml, or append it to "
+                        "PROJECT as a word cloud page under node INDEX (default the root); "
+                        "prints words, placed, final coverage, layout milliseconds (and the "
+                        "new node as add does)"),
          true, runCloud});
 }
 

@@ -6,6 +6,7 @@
 #include "cli/DemoImagePage.h"
 #include "cli/DemoTimelinePage.h"
 #include "cli/DemoDiagramPage.h"
+#include "cli/DemoCloudPage.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
 #include "editors/grid/GridDocument.h"
@@ -285,6 +286,7 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
               demoTimelineContent(),
               QStringLiteral("From the office move to the survey; links point at the passages."),
               QStringLiteral("Timeline\tInterviews 2026\tMilestones of the transition\t9"));
+    DemoCloudPage::add(data, figures);
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
     OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),

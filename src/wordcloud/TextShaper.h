@@ -45,12 +45,19 @@ public:
     // Paints the glyphs through the font engine's glyph cache, as `outline` would fill them.
     void drawGlyphs(QPainter& painter, const ShapedText& shaped, double scale, QPointF origin);
 
+    // One glyph's outline at the reference size, its origin on the baseline (kept once per face
+    // and glyph).
+    QPainterPath glyphOutline(const QRawFont& font, quint32 glyph)
+    {
+        return glyphPath(font, fontKey(font), glyph);
+    }
+    static QString fontKey(const QRawFont& font);
+
     // Forgets shapes that no word holds any more.
     void prune();
     int shapeCount() const { return int(m_shapes.size()); }
 
 private:
-    static QString fontKey(const QRawFont& font);
     QPainterPath glyphPath(const QRawFont& font, const QString& key, quint32 glyph);
     QRawFont sizedFont(const QRawFont& font, const QString& key, double pixelSize);
 

@@ -172,6 +172,26 @@ void TprWord::SetStartingPosition()
     SetStartingBoundsRect(box);
 }
 
+TprWord::Placement TprWord::GlyphPlacement() const
+{
+    Placement at;
+    const ShapedText& s = shaped();
+    const CloudRect& box = m_boundsRect;
+    if (s.inkBounds.isNull() || box.isEmpty()) {
+        return at;
+    }
+    at.shaped = &s;
+    at.scale = pixelScale() * m_outlineScale;
+    at.origin = QPointF(box.left + 1.0 - s.inkBounds.left() * at.scale,
+                        box.top + 1.0 - s.inkBounds.top() * at.scale);
+    at.shadowOffset = m_shadow ? ShadowOffset() : 0;
+    // The word's ink stays inside its box, as it would on a bitmap of the box's size.
+    const double inkRight = box.left + 1.0 + s.inkBounds.width() * at.scale + at.shadowOffset;
+    const double inkBottom = box.top + 1.0 + s.inkBounds.height() * at.scale + at.shadowOffset;
+    at.clipped = inkRight > box.right || inkBottom > box.bottom;
+    return at;
+}
+
 QColor TprWord::ShadowColorFor(const QColor& background)
 {
     // Half way between the background and a middle grey: a soft shade on light backgrounds, a
@@ -190,19 +210,15 @@ void TprWord::Paint(QPainter& painter, common::TColor surface) const
     if (m_backgroundColor != surface && background.isValid()) {
         painter.fillRect(box.toQRect(), background);
     }
-    const ShapedText& s = shaped();
-    if (s.inkBounds.isNull()) {
+    const Placement place = GlyphPlacement();
+    if (!place.shaped) {
         return;
     }
-    const double scale = pixelScale() * m_outlineScale;
-    const QPointF origin(box.left + 1.0 - s.inkBounds.left() * scale,
-                         box.top + 1.0 - s.inkBounds.top() * scale);
-    const int d = m_shadow ? ShadowOffset() : 0;
-
-    // The word's ink stays inside its box, as it would on a bitmap of the box's size.
-    const double inkRight = box.left + 1.0 + s.inkBounds.width() * scale + d;
-    const double inkBottom = box.top + 1.0 + s.inkBounds.height() * scale + d;
-    const bool clip = inkRight > box.right || inkBottom > box.bottom;
+    const ShapedText& s = *place.shaped;
+    const double scale = place.scale;
+    const QPointF origin = place.origin;
+    const int d = place.shadowOffset;
+    const bool clip = place.clipped;
     if (clip) {
         painter.save();
         painter.setClipRect(box.toQRect(), Qt::IntersectClip);

@@ -5,6 +5,7 @@
 #include "TextShaper.h"
 
 #include <QPainterPath>
+#include <QPointF>
 #include <QSize>
 #include <QString>
 
@@ -80,6 +81,19 @@ public:
     void Paint(QPainter& painter, common::TColor surface) const;
 
     static QColor ShadowColorFor(const QColor& background);
+
+    // Where Paint puts the word's glyphs: the shaped text, drawn scaled by `scale` (pixels per
+    // reference pixel) from `origin`, its shadow `shadowOffset` pixels right and down (0: no
+    // shadow), clipped to the box when `clipped`.
+    struct Placement
+    {
+        const ShapedText* shaped = nullptr; // null when nothing is inked
+        double scale = 1.0;
+        QPointF origin;
+        int shadowOffset = 0;
+        bool clipped = false;
+    };
+    Placement GlyphPlacement() const;
 
 private:
     const ShapedText& shaped() const;

@@ -138,7 +138,7 @@ public:
     // Gives every word its colour from the palette or the gradient.
     void AssignColors();
     QImage SaveToBitmap();
-    // The picture as SVG, the glyphs as paths.
+    // The picture as SVG: each distinct glyph once as a path, the words referring to them.
     bool SaveToMetafile(QIODevice& device);
     bool SaveToMetafile(const QString& fileName);
     // PNG, BMP or JPEG (quality 90) by `format` ("png", "bmp", "jpg"), or SVG ("svg").
@@ -158,6 +158,9 @@ public:
     QStringList LoadWarnings() const { return m_loadWarnings; }
     // Moves and scales the words laid out on `from` into the current drawing area, centred.
     void FitToCanvas(const CloudRect& from);
+    // Takes the words of `from` as it laid them out (texts, weights, sizes, boxes, which are
+    // shown) with its drawing area and reached coverage; keeps this cloud's other options.
+    void AdoptLayout(const TprWordCloud& from);
 
     // --- clicks
     // The visible word whose box holds `point` (client coordinates), or null.
@@ -179,17 +182,10 @@ signals:
 
 private:
     friend class TprWord;
+    friend class CloudLayout;
+    friend class CloudRenderer;
+    friend class CloudDocumentMapping;
 
-    bool generateOnce(bool resetPosition);
-    void sortWords();
-    void capWeights();
-    void fitSizesToCoverage();
-    void reproportionToWeight();
-    bool placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool fits(const CloudRect& box, const CloudRect& area) const;
-    void applyDocument(const CloudDocumentData& doc);
-    CloudDocumentData toDocument() const;
     void noteWeight(qint32 weight);
 
     std::vector<std::unique_ptr<TprWord>> m_words;
@@ -210,10 +206,6 @@ private:
     bool m_cancel = false;
     quint8 m_stepX = 1;
     quint8 m_stepY = 1;
-    qint32 m_segLength = 1;
-    qint32 m_segPassed = 0;
-    qint32 m_dx = -99;
-    qint32 m_dy = -99;
     qint32 m_countVisibleWords = 0;
     bool m_generating = false;
 
