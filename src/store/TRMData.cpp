@@ -275,6 +275,7 @@ void TRMData::closeConnections()
     }
     m_currentPageId = -1;
     m_storedOutline.clear();
+    m_history.clear();
     m_readOnly = false;
     m_currentNodeIndex = -1;
 }
