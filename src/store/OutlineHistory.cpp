@@ -16,12 +16,29 @@ void OutlineHistory::record(OutlineStep step)
         m_steps.erase(m_steps.begin());
     }
     m_done = m_steps.size();
+    changed();
+}
+
+void OutlineHistory::undone()
+{
+    --m_done;
+    changed();
+}
+
+void OutlineHistory::redone()
+{
+    ++m_done;
+    changed();
 }
 
 void OutlineHistory::clear()
 {
+    const bool hadSteps = !m_steps.empty();
     m_steps.clear();
     m_done = 0;
+    if (hadSteps) {
+        changed();
+    }
 }
 
 namespace {

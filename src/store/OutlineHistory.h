@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace kestrum::store {
@@ -36,14 +37,17 @@ class OutlineHistory
 public:
     static constexpr int kMaxSteps = 200;
 
+    // Called whenever what can be undone or redone changes.
+    void setOnChange(std::function<void()> onChange) { m_onChange = std::move(onChange); }
+
     bool canUndo() const { return m_done > 0; }
     bool canRedo() const { return m_done < m_steps.size(); }
     // A new step: anything undone is dropped, the oldest step goes beyond kMaxSteps.
     void record(OutlineStep step);
     OutlineStep& toUndo() { return m_steps[m_done - 1]; }
     OutlineStep& toRedo() { return m_steps[m_done]; }
-    void undone() { --m_done; }
-    void redone() { ++m_done; }
+    void undone();
+    void redone();
     void clear();
     int size() const { return static_cast<int>(m_steps.size()); }
 
@@ -56,6 +60,14 @@ public:
 private:
     std::vector<OutlineStep> m_steps;
     size_t m_done = 0;
+    std::function<void()> m_onChange;
+
+    void changed() const
+    {
+        if (m_onChange) {
+            m_onChange();
+        }
+    }
 };
 
 } // namespace kestrum::store

@@ -60,7 +60,9 @@ std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& 
 
 TRMData::TRMData(QObject* parent)
     : QObject(parent), m_outline(this), m_clock(&common::currentDayCount)
-{}
+{
+    m_history.setOnChange([this] { emit historyChanged(); });
+}
 
 TRMData::~TRMData()
 {

@@ -160,6 +160,8 @@ signals:
     void outlineSaved();
     // Something the user should be told that does not stop the work (an import that failed).
     void warning(const QString& message);
+    // What the outline commands can undo or redo changed.
+    void historyChanged();
 
 private:
     bool usable() const;

@@ -274,7 +274,8 @@ void CliTest::handOffIsRenamedIntoPlaceNotRewritten()
 void CliTest::recoverPutsPagesWithoutAnItemUnderAFolder()
 {
     QCOMPARE(run({"new", "r.kst"}).code, 0);
-    QCOMPARE(run({"put", "r.kst", "--type", "3", "--info", "a\tb\tPicture"}).out, QByteArray("3\n"));
+    QCOMPARE(run({"put", "r.kst", "--type", "3", "--info", "a\tb\tPicture"}).out,
+             QByteArray("3\n"));
     // The walk from node 1 leaves page 2 without a node; page 3 never had one.
     QCOMPARE(run({"outline", "r.kst", "delete", "1"}).code, 0);
     const Result recovered = run({"recover", "r.kst"});
