@@ -6,6 +6,7 @@
 #include "ui/WaitCursor.h"
 #include "app/Icons.h"
 #include "app/MainMenus.h"
+#include "app/OutlineHistoryActions.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/OverviewPanel.h"
@@ -78,6 +79,8 @@ TKestrumM::TKestrumM(Options options, QWidget* parent)
                               findChild<QAction*>(QStringLiteral("Replace1")));
     m_editors->createStartupEditors();
     m_display = new PageDisplay(*m_data, *m_editors, *m_comment, this);
+    m_history = new OutlineHistoryActions(*this, m_tree, findChild<QMenu*>(QStringLiteral("Edit1")),
+                                          m_itemsMenu);
     m_display->setAfterShow([this] {
         m_editors->overview()->showNode(m_data->outline().selected());
         CheckButtons();
@@ -358,6 +361,7 @@ void TKestrumM::updateFileState()
         a->setEnabled(open && !readOnly);
     }
     m_tree->setDragEnabled(!readOnly);
+    m_history->updateState();
     m_comment->setReadOnly(readOnly);
     m_editors->setReadOnly(readOnly);
     if (readOnly) {

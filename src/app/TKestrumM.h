@@ -22,6 +22,7 @@ class TRMData;
 namespace kestrum::app {
 
 class AppSettings;
+class OutlineHistoryActions;
 class OutlineItemModel;
 class OutlineView;
 class PageDisplay;
@@ -128,6 +129,7 @@ private:
     QWidget* m_editorContainer = nullptr;
     EditorArea* m_editors = nullptr;
     PageDisplay* m_display = nullptr;
+    OutlineHistoryActions* m_history = nullptr;
     QLabel* m_position = nullptr;
     QTimer* m_timer = nullptr;
     QMenu* m_fileMenu = nullptr;

@@ -1,4 +1,5 @@
 // outline PROJECT OP INDEX [ARGS]: the outline commands of the desktop, on node INDEX.
+// recover PROJECT: pages without an item come back under "Recovered items".
 
 #include "cli/CommandTable.h"
 #include "cli/ProjectSession.h"
@@ -46,7 +47,8 @@ int runOutline(ArgList& args, CliIo& io)
     const bool folder = args.takeFlag(QStringLiteral("--folder"));
     const bool after = args.takeFlag(QStringLiteral("--after"));
     const bool ctrl = args.takeFlag(QStringLiteral("--ctrl"));
-    const QString title = args.takeOption(QStringLiteral("--title")).value_or(QStringLiteral("{untitled}"));
+    const QString title =
+        args.takeOption(QStringLiteral("--title")).value_or(QStringLiteral("{untitled}"));
     const QStringList pos = args.positional();
     if (pos.size() < 3) {
         throw CliError{kExitUsage, QStringLiteral("outline needs PROJECT OP INDEX")};
@@ -56,13 +58,15 @@ int runOutline(ArgList& args, CliIo& io)
     const QStringList rest = pos.mid(3);
     auto needArgs = [&](int n) {
         if (rest.size() != n) {
-            throw CliError{kExitUsage, QStringLiteral("outline %1 takes %2 argument(s) after INDEX").arg(op).arg(n)};
+            throw CliError{
+                kExitUsage,
+                QStringLiteral("outline %1 takes %2 argument(s) after INDEX").arg(op).arg(n)};
         }
     };
 
     // Everything that can be refused without the project is refused before it is opened.
-    static const QStringList kOps{"new",     "delete", "rename", "colour", "color", "up",
-                                  "down",    "promote", "demote", "drop"};
+    static const QStringList kOps{"new", "delete", "rename",  "colour", "color",
+                                  "up",  "down",   "promote", "demote", "drop"};
     if (!kOps.contains(op)) {
         throw CliError{kExitUsage, QStringLiteral("unknown outline command \"%1\"").arg(op)};
     }
@@ -142,16 +146,47 @@ int runOutline(ArgList& args, CliIo& io)
     return kExitOk;
 }
 
+int runRecover(ArgList& args, CliIo& io)
+{
+    const QStringList pos = args.positional();
+    if (pos.size() != 1) {
+        throw CliError{kExitUsage, QStringLiteral("recover needs exactly one PROJECT")};
+    }
+    ProjectSession session(&io);
+    store::TRMData& data = session.open(pos[0]);
+    store::OutlineCommands commands(data);
+    const std::vector<OutlineNode*> added = commands.recoverPages();
+    for (const OutlineNode* node : added) {
+        io.out << data.outline().indexOf(node) << '\t' << node->level() << '\t'
+               << node->imageIndex() << '\t' << node->data() << '\t'
+               << common::escapeTabs(node->caption()) << '\n';
+    }
+    if (added.empty()) {
+        io.err << "No page is without an item.\n";
+        data.closeUnchanged();
+    } else {
+        io.err << added.size() << " page(s) recovered under \""
+               << store::OutlineCommands::kRecoveredItems << "\"\n";
+        data.CloseFile();
+    }
+    return kExitOk;
+}
+
 } // namespace
 
 void registerOutlineCommand(CommandTable& table)
 {
-    table.add({QStringLiteral("outline"),
-               QStringLiteral("PROJECT OP INDEX [ARGS]; OP: new [--folder] [--after] [--title T] | "
-                              "delete | rename T | colour white|yellow|red|green|blue|#RRGGBB | up | "
-                              "down | promote | demote | drop TARGET [--ctrl]"),
-               QStringLiteral("run an outline command on node INDEX, as the desktop does"), true,
-               runOutline});
+    table.add({QStringLiteral("recover"), QStringLiteral("PROJECT"),
+               QStringLiteral("bring back every page that no item refers to, under \"Recovered "
+                              "items\"; prints the items added"),
+               true, runRecover});
+    table.add(
+        {QStringLiteral("outline"),
+         QStringLiteral("PROJECT OP INDEX [ARGS]; OP: new [--folder] [--after] [--title T] | "
+                        "delete | rename T | colour white|yellow|red|green|blue|#RRGGBB | up | "
+                        "down | promote | demote | drop TARGET [--ctrl]"),
+         QStringLiteral("run an outline command on node INDEX, as the desktop does"), true,
+         runOutline});
 }
 
 } // namespace kestrum::cli

@@ -1,9 +1,15 @@
 #include "OutlineCommands.h"
 
+#include "common/TabFields.h"
+#include "store/OutlineHistory.h"
 #include "store/OutlineModel.h"
-#include "store/PageType.h"
 #include "store/OutlineStream.h"
+#include "store/PageType.h"
 #include "store/TRMData.h"
+
+#include <QSet>
+
+#include <algorithm>
 
 namespace kestrum::store {
 
@@ -43,6 +49,7 @@ OutlineNode* OutlineCommands::newItem(OutlineNode* selected, const NewItem& item
     if (!selected) {
         return nullptr;
     }
+    OutlineState before = captureState(selected);
     OutlineNodeData d;
     d.caption = item.title;
     d.imageIndex = item.folder ? PageType::Folder : PageType::Text;
@@ -67,6 +74,11 @@ OutlineNode* OutlineCommands::newItem(OutlineNode* selected, const NewItem& item
         m_data.setCurrentNodeIndex(-1);
         throw;
     }
+    std::vector<qint32> added;
+    if (!item.folder && node->data() > 0) {
+        added.push_back(node->data());
+    }
+    record(QStringLiteral("New"), std::move(before), added);
     return node;
 }
 
@@ -94,8 +106,18 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
             doomedRecords.push_back(pageId);
         }
     }
+    // What undo brings back: the outline and the stored rows of the doomed records.
+    OutlineState before = captureState(selected);
+    for (qint32 id : doomedRecords) {
+        if (std::find(before.ownIds.begin(), before.ownIds.end(), id) != before.ownIds.end()) {
+            continue;
+        }
+        if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
+            before.ownIds.push_back(id);
+            before.ownRows.push_back(std::move(*row));
+        }
+    }
     // Records and outline change together; if writing fails, the outline comes back as it was.
-    const QByteArray before = OutlineStream::write(outline.root());
     try {
         m_data.runInTransaction([&] {
             for (qint32 id : doomedRecords) {
@@ -109,13 +131,19 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(before, nullptr));
+        outline.reset(OutlineStream::read(before.outline, nullptr));
         outline.selectIndex(start);
         throw;
     }
     if (!doomedRecords.empty()) {
         m_data.markModified();
     }
+    // The rows go with the step that deletes them: undo puts them back.
+    OutlineStep step;
+    step.label = QStringLiteral("Delete");
+    step.before = std::move(before);
+    step.after = captureState();
+    m_data.history().record(std::move(step));
 }
 
 void OutlineCommands::rename(OutlineNode* node, const QString& caption)
@@ -123,9 +151,14 @@ void OutlineCommands::rename(OutlineNode* node, const QString& caption)
     if (!node) {
         return;
     }
+    OutlineState before = captureState(node);
+    const bool changed = node->caption() != caption.left(OutlineModel::kMaxCaptionLength);
     m_data.outline().setCaption(node, caption);
     m_data.markModified();
     m_data.SaveTree();
+    if (changed) {
+        record(QStringLiteral("Rename"), std::move(before));
+    }
 }
 
 void OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor> textColour)
@@ -133,6 +166,8 @@ void OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor>
     if (!node) {
         return;
     }
+    OutlineState before = captureState(node);
+    const OutlineNodeData old = node->fields();
     if (textColour) {
         m_data.outline().setColours(node, false, *textColour, common::clWindow);
     } else {
@@ -140,13 +175,17 @@ void OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor>
     }
     m_data.markModified();
     m_data.SaveTree();
+    if (node->fields() != old) {
+        record(QStringLiteral("Colour"), std::move(before));
+    }
 }
 
-void OutlineCommands::finishMove(OutlineNode* node)
+void OutlineCommands::finishMove(OutlineNode* node, OutlineState before, const QString& label)
 {
     m_data.setCurrentNodeIndex(m_data.outline().indexOf(node));
     m_data.markModified();
     m_data.SaveTree();
+    record(label, std::move(before));
 }
 
 bool OutlineCommands::moveUp(OutlineNode* node)
@@ -154,8 +193,9 @@ bool OutlineCommands::moveUp(OutlineNode* node)
     if (!buttonsFor(node).up) {
         return false;
     }
+    OutlineState before = captureState(node);
     m_data.outline().moveNode(node, node->parent(), node->row() - 1);
-    finishMove(node);
+    finishMove(node, std::move(before), QStringLiteral("Move up"));
     return true;
 }
 
@@ -164,8 +204,9 @@ bool OutlineCommands::moveDown(OutlineNode* node)
     if (!buttonsFor(node).down) {
         return false;
     }
+    OutlineState before = captureState(node);
     m_data.outline().moveNode(node, node->parent(), node->row() + 1);
-    finishMove(node);
+    finishMove(node, std::move(before), QStringLiteral("Move down"));
     return true;
 }
 
@@ -174,6 +215,7 @@ bool OutlineCommands::promote(OutlineNode* node)
     if (!buttonsFor(node).promote) {
         return false;
     }
+    OutlineState before = captureState(node);
     OutlineModel& outline = m_data.outline();
     const OutlineNode* previous = outline.nodeAt(outline.indexOf(node) - 1);
     // Only the levels are compared: a deeper node above sends this one into that node's parent.
@@ -183,7 +225,7 @@ bool OutlineCommands::promote(OutlineNode* node)
         OutlineNode* parent = node->parent();
         outline.moveNode(node, parent->parent(), parent->row() + 1);
     }
-    finishMove(node);
+    finishMove(node, std::move(before), QStringLiteral("Promote"));
     return true;
 }
 
@@ -192,13 +234,14 @@ bool OutlineCommands::demote(OutlineNode* node)
     if (!buttonsFor(node).demote) {
         return false;
     }
+    OutlineState before = captureState(node);
     OutlineModel& outline = m_data.outline();
     OutlineNode* previous = outline.nodeAt(outline.indexOf(node) - 1);
     OutlineNode* newParent = previous->level() != node->level() ? previous->parent() : previous;
     if (!outline.moveNode(node, newParent, newParent->childCount())) {
         return false;
     }
-    finishMove(node);
+    finishMove(node, std::move(before), QStringLiteral("Demote"));
     return true;
 }
 
@@ -210,6 +253,7 @@ bool OutlineCommands::canDrop(const OutlineNode* dragged, const OutlineNode* tar
 bool OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
 {
     OutlineModel& outline = m_data.outline();
+    OutlineState before = captureState(dragged);
     bool moved = false;
     if (canDrop(dragged, target)) {
         if (ctrl) {
@@ -229,7 +273,184 @@ bool OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
     }
     m_data.setCurrentNodeIndex(outline.selectedIndex());
     m_data.SaveTree();
+    if (moved) {
+        record(QStringLiteral("Drop"), std::move(before));
+    }
     return moved;
+}
+
+std::vector<OutlineNode*> OutlineCommands::recoverPages()
+{
+    OutlineModel& outline = m_data.outline();
+    PageTable* table = m_data.table();
+    if (!table || !outline.root()) {
+        return {};
+    }
+    // Page ids carried by the outline; the project node's data is the selection, not a page.
+    QSet<qint32> referenced;
+    OutlineNode* folder = nullptr;
+    for (OutlineNode* node : outline.nodesInOrder()) {
+        if (node == outline.root()) {
+            continue;
+        }
+        referenced.insert(node->data());
+        if (!folder && node->imageIndex() == PageType::Folder &&
+            node->caption() == QLatin1String(kRecoveredItems)) {
+            folder = node;
+        }
+    }
+    std::vector<PageSummary> records = table->summaries();
+    std::sort(records.begin(), records.end(),
+              [](const PageSummary& a, const PageSummary& b) { return a.storedId < b.storedId; });
+    std::vector<OutlineNodeData> lost;
+    for (const PageSummary& r : records) {
+        if (r.idOutOfRange || r.pageId <= 0 || referenced.contains(r.pageId)) {
+            continue;
+        }
+        OutlineNodeData d;
+        d.caption = r.infoDamaged ? QStringLiteral("Page %1 (damaged title)").arg(r.pageId)
+                                  : common::tabField(r.info, 3);
+        d.imageIndex = r.type;
+        d.data = r.pageId;
+        lost.push_back(std::move(d));
+        referenced.insert(r.pageId);
+    }
+    if (lost.empty()) {
+        return {};
+    }
+    OutlineState before = captureState();
+    std::vector<OutlineNode*> added;
+    try {
+        m_data.runInTransaction([&] {
+            if (!folder) {
+                OutlineNodeData d;
+                d.caption = QLatin1String(kRecoveredItems);
+                d.imageIndex = PageType::Folder;
+                d.data = -1;
+                folder = outline.addChild(outline.root(), d);
+            }
+            const int first = folder->childCount();
+            outline.appendChildren(folder, lost);
+            outline.setExpanded(folder, true);
+            for (int i = first; i < folder->childCount(); ++i) {
+                added.push_back(folder->childAt(i));
+            }
+            m_data.SaveTree();
+        });
+    } catch (...) {
+        outline.reset(OutlineStream::read(before.outline, nullptr));
+        outline.selectIndex(before.selected);
+        throw;
+    }
+    m_data.markModified();
+    record(QStringLiteral("Recover pages"), std::move(before));
+    return added;
+}
+
+// ---- history -----------------------------------------------------------------------------------
+
+OutlineState OutlineCommands::captureState(const OutlineNode* focus) const
+{
+    const OutlineModel& outline = m_data.outline();
+    OutlineState state;
+    state.outline = OutlineStream::write(outline.root());
+    state.selected = focus ? outline.indexOf(focus) : outline.selectedIndex();
+    return state;
+}
+
+void OutlineCommands::record(const QString& label, OutlineState before,
+                             const std::vector<qint32>& addedIds)
+{
+    OutlineStep step;
+    step.label = label;
+    step.before = std::move(before);
+    step.after = captureState();
+    for (qint32 id : addedIds) {
+        if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
+            step.after.ownIds.push_back(id);
+            step.after.ownRows.push_back(std::move(*row));
+        }
+    }
+    m_data.history().record(std::move(step));
+}
+
+bool OutlineCommands::canUndo() const
+{
+    return m_data.isOpen() && m_data.history().canUndo();
+}
+
+bool OutlineCommands::canRedo() const
+{
+    return m_data.isOpen() && m_data.history().canRedo();
+}
+
+bool OutlineCommands::undo()
+{
+    if (!canUndo()) {
+        return false;
+    }
+    OutlineStep& step = m_data.history().toUndo();
+    if (!apply(step.after, step.before)) {
+        return false;
+    }
+    m_data.history().undone();
+    return true;
+}
+
+bool OutlineCommands::redo()
+{
+    if (!canRedo()) {
+        return false;
+    }
+    OutlineStep& step = m_data.history().toRedo();
+    if (!apply(step.before, step.after)) {
+        return false;
+    }
+    m_data.history().redone();
+    return true;
+}
+
+bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
+{
+    OutlineModel& outline = m_data.outline();
+    if (OutlineHistory::shapeOf(outline.root()) != OutlineHistory::shapeOf(from.outline)) {
+        m_data.history().clear();
+        return false;
+    }
+    std::unique_ptr<OutlineNode> target = OutlineStream::read(to.outline, nullptr);
+    if (!target) {
+        m_data.history().clear();
+        return false;
+    }
+    const QByteArray now = OutlineStream::write(outline.root());
+    const int nowSelected = outline.selectedIndex();
+    // The rows leaving are read as they are now, so that what is redone later holds any edit
+    // made to those pages meanwhile.
+    std::vector<RawPageRow> leaving;
+    try {
+        m_data.runInTransaction([&] {
+            for (qint32 id : from.ownIds) {
+                if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
+                    leaving.push_back(std::move(*row));
+                }
+                m_data.DeleteRecord(id);
+            }
+            for (const RawPageRow& row : to.ownRows) {
+                m_data.table()->insertRaw(row);
+            }
+            outline.reset(std::move(target));
+            outline.selectIndex(to.selected);
+            m_data.setCurrentNodeIndex(-1);
+            m_data.SaveTree();
+        });
+    } catch (...) {
+        outline.reset(OutlineStream::read(now, nullptr));
+        outline.selectIndex(nowSelected);
+        throw;
+    }
+    from.ownRows = std::move(leaving);
+    m_data.markModified();
+    return true;
 }
 
 } // namespace kestrum::store

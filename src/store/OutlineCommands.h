@@ -5,11 +5,13 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 namespace kestrum::store {
 
 class OutlineNode;
 class TRMData;
+struct OutlineState;
 
 // The enabled state of the outline buttons and the position shown in the status bar.
 struct OutlineButtons
@@ -62,8 +64,33 @@ public:
     // target's last child. The dragged node is selected.
     bool drop(OutlineNode* dragged, OutlineNode* target, bool ctrl);
 
+    // The folder that recoverPages puts pages into.
+    static constexpr const char* kRecoveredItems = "Recovered items";
+    // Every page record that no node refers to comes back under the folder "Recovered items"
+    // (made at the end of the outline when there is none), in page-id order, captioned by the
+    // third field of its PageInfo. One transaction; nothing is written when every record has a
+    // node. Returns the nodes added.
+    std::vector<OutlineNode*> recoverPages();
+
+    // Every command above that changed something is recorded in the project's history. Undo
+    // and redo bring the outline and the page records back together (a deleted record with
+    // its id, byte for byte), in one transaction ending with SaveTree; the node the command
+    // worked on is selected and no page is current. They return false when there is nothing to
+    // take back, and when the outline was changed since by something that is not recorded (an
+    // import, the hand-off intake): the history is dropped then, as it no longer fits.
+    bool canUndo() const;
+    bool canRedo() const;
+    bool undo();
+    bool redo();
+
 private:
-    void finishMove(OutlineNode* node);
+    void finishMove(OutlineNode* node, OutlineState before, const QString& label);
+    // The outline as it is, with `focus` (when given) as the node to select on coming back.
+    OutlineState captureState(const OutlineNode* focus = nullptr) const;
+    // Records the step from `before` to the outline as it is now, with the records it added.
+    void record(const QString& label, OutlineState before,
+                const std::vector<qint32>& addedIds = {});
+    bool apply(OutlineState& from, OutlineState& to);
 
     TRMData& m_data;
 };

@@ -60,7 +60,9 @@ std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& 
 
 TRMData::TRMData(QObject* parent)
     : QObject(parent), m_outline(this), m_clock(&common::currentDayCount)
-{}
+{
+    m_history.setOnChange([this] { emit historyChanged(); });
+}
 
 TRMData::~TRMData()
 {
@@ -275,6 +277,7 @@ void TRMData::closeConnections()
     }
     m_currentPageId = -1;
     m_storedOutline.clear();
+    m_history.clear();
     m_readOnly = false;
     m_currentNodeIndex = -1;
 }

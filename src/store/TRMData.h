@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/OutlineHistory.h"
 #include "store/OutlineModel.h"
 #include "store/PageKind.h"
 #include "store/PageTable.h"
@@ -28,6 +29,9 @@ public:
 
     OutlineModel& outline() { return m_outline; }
     const OutlineModel& outline() const { return m_outline; }
+    // The outline commands' undo history; it lasts while the project is open.
+    OutlineHistory& history() { return m_history; }
+    const OutlineHistory& history() const { return m_history; }
     // The page kinds whose documents pages are imported into (set once by the program).
     void setPageKinds(PageKindTable kinds) { m_kinds = std::move(kinds); }
     const PageKindTable& pageKinds() const { return m_kinds; }
@@ -156,6 +160,8 @@ signals:
     void outlineSaved();
     // Something the user should be told that does not stop the work (an import that failed).
     void warning(const QString& message);
+    // What the outline commands can undo or redo changed.
+    void historyChanged();
 
 private:
     bool usable() const;
@@ -171,6 +177,7 @@ private:
     double now() const { return m_clock(); }
 
     OutlineModel m_outline;
+    OutlineHistory m_history;
     PageKindTable m_kinds;
     std::unique_ptr<SqliteDatabase> m_db;
     std::unique_ptr<PageTable> m_table;

@@ -43,6 +43,8 @@ private slots:
     void f2InATableCellEditsTheCell();
     void outlineStaysPutWhateverPageIsShown();
     void readOnlyProjectTakesNoEdit();
+    void ctrlZUndoesInTheOutlineAndNotInAnEditor();
+    void recoverTellsHowManyPagesCameBack();
 
 private:
     void select(const OutlineNode* node);
@@ -209,7 +211,8 @@ void EditorsInWindowTest::readOnlyProjectTakesNoEdit()
     QVERIFY(m_window->openProject(file, true));
     QVERIFY(m_window->windowTitle().endsWith(QLatin1String("(read-only)")));
     QVERIFY(m_window->readOnlyLabel()->isVisibleTo(m_window.get()));
-    for (const char* name : {"NodeNew", "NodeImport", "DeleteNodebtn", "NodeRename", "UpBtn"}) {
+    for (const char* name : {"NodeNew", "NodeImport", "DeleteNodebtn", "NodeRename", "UpBtn",
+                             "Undo1", "Redo1", "RecoverPages1"}) {
         QVERIFY2(!m_window->findChild<QAction*>(QLatin1String(name))->isEnabled(), name);
     }
     // The text editor shows the page but takes no typing; an edit made anyway is not kept.
@@ -229,6 +232,77 @@ void EditorsInWindowTest::readOnlyProjectTakesNoEdit()
     m_window->close();
     QVERIFY(project.open(QIODevice::ReadOnly));
     QCOMPARE(project.readAll(), before);
+}
+
+void EditorsInWindowTest::ctrlZUndoesInTheOutlineAndNotInAnEditor()
+{
+    store::OutlineModel& outline = m_window->data().outline();
+    OutlineNode* page = firstOfKind(store::PageType::Text);
+    const int index = outline.indexOf(page);
+    const QString caption = page->caption();
+    const qint32 pageId = page->data();
+    select(page);
+    QAction* undo = m_window->findChild<QAction*>(QStringLiteral("Undo1"));
+    QAction* redo = m_window->findChild<QAction*>(QStringLiteral("Redo1"));
+    QVERIFY(!undo->isEnabled() && !redo->isEnabled());
+    m_dialogs->answerText(QStringLiteral("Renamed"));
+    m_window->NodeRenameClick();
+    QCOMPARE(page->caption(), QStringLiteral("Renamed"));
+    QVERIFY(undo->isEnabled());
+
+    // In the text editor Ctrl+Z is the editor's: the outline keeps its rename.
+    auto* editor =
+        qobject_cast<text::TRMWPEditor*>(m_window->editors().panel(store::EditorKind::Text));
+    QWidget* view = editor->view();
+    view->setFocus();
+    QTest::keyClicks(view, QStringLiteral("xyz"));
+    QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(outline.nodeAt(index)->caption(), QStringLiteral("Renamed"));
+    // Nor anywhere else outside the outline.
+    m_window->setFocus();
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(outline.nodeAt(index)->caption(), QStringLiteral("Renamed"));
+
+    // An edit of the page on screen survives an undo in the outline: it is stored first.
+    QTextCursor cursor(editor->pageDocument().textDocument());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QStringLiteral(" Kept through undo."));
+    m_window->outlineView()->setFocus();
+    QTest::keyClick(m_window->outlineView(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(outline.nodeAt(index)->caption(), caption);
+    QCOMPARE(outline.selected(), outline.nodeAt(index));
+    QVERIFY(!undo->isEnabled() && redo->isEnabled());
+    QVERIFY(m_window->data().table()->readContent(pageId)->contains("Kept through undo."));
+    QVERIFY(editor->pageDocument().textDocument()->toPlainText().contains(
+        QStringLiteral("Kept through undo.")));
+
+    QTest::keyClick(m_window->outlineView(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(outline.nodeAt(index)->caption(), QStringLiteral("Renamed"));
+    QVERIFY(undo->isEnabled() && !redo->isEnabled());
+}
+
+void EditorsInWindowTest::recoverTellsHowManyPagesCameBack()
+{
+    store::TRMData& data = m_window->data();
+    QAction* recover = m_window->findChild<QAction*>(QStringLiteral("RecoverPages1"));
+    QVERIFY(recover->isEnabled());
+    recover->trigger();
+    QVERIFY(m_dialogs->messages().contains(QStringLiteral("No page is without an item.")));
+    const qint32 lost = data.appendRecord(store::PageType::Text, QStringLiteral("a\tb\tLost"),
+                                          QByteArray(), QString());
+    recover->trigger();
+    QVERIFY2(m_dialogs->messages().contains(
+                 QStringLiteral("1 page came back under \"Recovered items\".")),
+             qPrintable(m_dialogs->messages().join(QLatin1Char('|'))));
+    const OutlineNode* last = data.outline().nodeAt(data.outline().count() - 1);
+    QCOMPARE(last->data(), lost);
+    QCOMPARE(last->caption(), QStringLiteral("Lost"));
+    QCOMPARE(last->parent()->caption(), QStringLiteral("Recovered items"));
+    // Recovery is undone like any outline command.
+    m_window->findChild<QAction*>(QStringLiteral("Undo1"))->trigger();
+    for (const OutlineNode* node : data.outline().nodesInOrder()) {
+        QVERIFY(node->data() != lost);
+    }
 }
 
 QTEST_MAIN(EditorsInWindowTest)

@@ -430,7 +430,8 @@ void TKestrumMTest::itemsMenuEnabling()
     }
     QCOMPARE(captions, QStringList({"New...", "Import files...", "Delete", "Rename...",
                                     "Change color", "Expand all", "Colapse all", "Move up",
-                                    "Move down", "Promote", "Demote", "Keep selected item"}));
+                                    "Move down", "Promote", "Demote", "Keep selected item",
+                                    "Recover pages without an item..."}));
     QVERIFY(m_window->outlineContextMenu()->actions().contains(action("NodeCollapse2")));
     QCOMPARE(action("NodeCollapse2")->text(), QStringLiteral("Collapse all"));
 }

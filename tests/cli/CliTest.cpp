@@ -26,6 +26,7 @@ private slots:
     void refusedOutlineCommandsChangeNothing();
     void outlineReducedToTheProjectIsWhatTreeLists();
     void handOffIsRenamedIntoPlaceNotRewritten();
+    void recoverPutsPagesWithoutAnItemUnderAFolder();
 
 private:
     using Result = kestrum::test::CliRunner::Result;
@@ -53,6 +54,7 @@ void CliTest::usageErrorsExitWithTwo_data()
     QTest::newRow("page id not a number") << QStringList({"cat", "x.kst", "seven"});
     QTest::newRow("put without type") << QStringList({"put", "x.kst", "--info", "t"});
     QTest::newRow("option without value") << QStringList({"add", "x.kst", "f", "--under"});
+    QTest::newRow("recover without project") << QStringList({"recover"});
 }
 
 void CliTest::usageErrorsExitWithTwo()
@@ -267,6 +269,35 @@ void CliTest::handOffIsRenamedIntoPlaceNotRewritten()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("Second\r\n"));
     QVERIFY(QDir(m_dir->path()).entryList({QStringLiteral("*.new.*")}, QDir::Files).isEmpty());
+}
+
+void CliTest::recoverPutsPagesWithoutAnItemUnderAFolder()
+{
+    QCOMPARE(run({"new", "r.kst"}).code, 0);
+    QCOMPARE(run({"put", "r.kst", "--type", "3", "--info", "a\tb\tPicture"}).out,
+             QByteArray("3\n"));
+    // The walk from node 1 leaves page 2 without a node; page 3 never had one.
+    QCOMPARE(run({"outline", "r.kst", "delete", "1"}).code, 0);
+    const Result recovered = run({"recover", "r.kst"});
+    QCOMPARE(recovered.code, 0);
+    // Page 2's PageInfo is a bare title: no third field, no caption.
+    QCOMPARE(recovered.out, QByteArray("2\t2\t0\t2\t\n3\t2\t3\t3\tPicture\n"));
+    QVERIFY(recovered.err.contains("2 page(s) recovered"));
+    QCOMPARE(run({"tree", "r.kst"}).out,
+             QByteArray("0\t0\t10\t0\tProject name\n1\t1\t11\t-1\tRecovered items\n"
+                        "2\t2\t0\t2\t\n3\t2\t3\t3\tPicture\n"));
+
+    // Nothing left to recover: nothing printed and nothing written.
+    QFile file(path(QStringLiteral("r.kst")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const Result again = run({"recover", "r.kst"});
+    QCOMPARE(again.code, 0);
+    QVERIFY(again.out.isEmpty());
+    QVERIFY(again.err.contains("No page is without an item."));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), bytes);
 }
 
 QTEST_GUILESS_MAIN(CliTest)
