@@ -3,8 +3,8 @@
 //   ./build/bench/TextBench [--benchmark_filter=...]
 
 #include "BenchMain.h"
-#include "editors/text/widgets/TRMWPEditor.h"
 #include "editors/text/TextPageDocument.h"
+#include "editors/text/widgets/TRMWPEditor.h"
 #include "editors/text/widgets/WPView.h"
 
 #include <QApplication>

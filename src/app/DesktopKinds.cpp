@@ -15,8 +15,7 @@ namespace kestrum::app {
 
 namespace {
 
-template <class Editor>
-std::function<ui::EditorPanel*(QWidget*)> editor()
+template <class Editor> std::function<ui::EditorPanel*(QWidget*)> editor()
 {
     return [](QWidget* parent) -> ui::EditorPanel* { return new Editor(parent); };
 }
@@ -27,23 +26,43 @@ DesktopPageKinds desktopPageKinds()
 {
     using store::EditorKind;
     return {
-        {.kind = EditorKind::Text, .makeEditor = editor<text::TRMWPEditor>(), .toolBar = "WPBar",
-         .menu = "DocMenu", .menuTitle = "&Document", .findable = true,
-         .clearedWhenHidden = true, .toolBarHiddenWithAll = true},
-        {.kind = EditorKind::Grid, .makeEditor = editor<grid::TRMGridEditor>(),
-         .toolBar = "GridBar", .menu = "TableMenu", .menuTitle = "&Table", .findable = true,
-         .hiddenWithAll = true, .toolBarHiddenWithAll = true, .clearedBeforeLoading = true},
-        {.kind = EditorKind::Chart, .makeEditor = editor<chart::TRMChartEditor>(),
-         .toolBar = "ChartBar", .menu = "ChartMenu",
-         .menuTitle = "&Chart", .hiddenWithAll = true, .toolBarHiddenWithAll = true},
-        {.kind = EditorKind::Image, .makeEditor = editor<image::TRMImageEditor>(),
+        {.kind = EditorKind::Text,
+         .makeEditor = editor<text::TRMWPEditor>(),
+         .toolBar = "WPBar",
+         .menu = "DocMenu",
+         .menuTitle = "&Document",
+         .findable = true,
+         .clearedWhenHidden = true,
+         .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::Grid,
+         .makeEditor = editor<grid::TRMGridEditor>(),
+         .toolBar = "GridBar",
+         .menu = "TableMenu",
+         .menuTitle = "&Table",
+         .findable = true,
+         .hiddenWithAll = true,
+         .toolBarHiddenWithAll = true,
+         .clearedBeforeLoading = true},
+        {.kind = EditorKind::Chart,
+         .makeEditor = editor<chart::TRMChartEditor>(),
+         .toolBar = "ChartBar",
+         .menu = "ChartMenu",
+         .menuTitle = "&Chart",
+         .hiddenWithAll = true,
+         .toolBarHiddenWithAll = true},
+        {.kind = EditorKind::Image,
+         .makeEditor = editor<image::TRMImageEditor>(),
          .toolBar = "ImageBar"},
-        {.kind = EditorKind::Timeline, .makeEditor = editor<timeline::TRMTimeLineDlg>(),
+        {.kind = EditorKind::Timeline,
+         .makeEditor = editor<timeline::TRMTimeLineDlg>(),
          .createdAtStartup = false},
-        {.kind = EditorKind::Diagram, .makeEditor = editor<diagram::TRMDiagramEditor>(),
-         .toolBar = "DiagramBar", .createdAtStartup = false},
+        {.kind = EditorKind::Diagram,
+         .makeEditor = editor<diagram::TRMDiagramEditor>(),
+         .toolBar = "DiagramBar",
+         .createdAtStartup = false},
         {.kind = EditorKind::WordCloud,
-         .makeEditor = editor<wordcloud_page::TRMWordCloudEditor>(), .toolBar = "CloudBar",
+         .makeEditor = editor<wordcloud_page::TRMWordCloudEditor>(),
+         .toolBar = "CloudBar",
          .toolBarHiddenWithAll = true},
     };
 }

@@ -1,10 +1,10 @@
 #include "EditorArea.h"
 
-#include "ui/EditorPanel.h"
 #include "app/OverviewPanel.h"
 #include "app/PlaceholderEditor.h"
 #include "store/PageDocument.h"
 #include "store/TRMData.h"
+#include "ui/EditorPanel.h"
 
 #include <QAction>
 #include <QMainWindow>

@@ -44,8 +44,9 @@ MainMenus MainMenus::build(TKestrumM* window, QMenuBar* menuBar, QToolBar* outli
     out.fileMenu->addAction(openProject);
     out.fileMenu->addAction(closeProject);
     out.fileMenu->addSeparator();
-    QAction* exportPage = makeAction(QStringLiteral("ExportPage"), QStringLiteral("&Export page..."),
-                                     nullptr, &TKestrumM::ExportPageClick);
+    QAction* exportPage =
+        makeAction(QStringLiteral("ExportPage"), QStringLiteral("&Export page..."), nullptr,
+                   &TKestrumM::ExportPageClick);
     out.projectActions << exportPage;
     out.fileMenu->addAction(exportPage);
     out.fileMenu->addSeparator();
@@ -154,7 +155,8 @@ MainMenus MainMenus::build(TKestrumM* window, QMenuBar* menuBar, QToolBar* outli
                        << colourMenu->menuAction() << expand << collapse << collapseContext
                        << moveUp << moveDown << promote << demote << keep;
     out.changeActions << nodeNew << nodeImport << nodeDelete << nodeRename
-                      << colourMenu->menuAction() << moveUp << moveDown << promote << demote << keep;
+                      << colourMenu->menuAction() << moveUp << moveDown << promote << demote
+                      << keep;
 
     // ---- Help
     QMenu* help = menuBar->addMenu(QStringLiteral("&Help"));

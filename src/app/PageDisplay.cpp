@@ -1,12 +1,12 @@
 #include "PageDisplay.h"
 #include "ui/WaitCursor.h"
 
-#include "ui/Dialogs.h"
 #include "app/EditorArea.h"
-#include "ui/EditorPanel.h"
 #include "store/PageDocument.h"
 #include "store/StoreError.h"
 #include "store/TRMData.h"
+#include "ui/Dialogs.h"
+#include "ui/EditorPanel.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -83,7 +83,8 @@ bool PageDisplay::SaveModif()
     if (index >= 0 && node && m_contentModified) {
         m_data.markModified();
         try {
-            if (ui::EditorPanel* panel = m_editors.panel(store::editorKindFor(node->imageIndex()))) {
+            if (ui::EditorPanel* panel =
+                    m_editors.panel(store::editorKindFor(node->imageIndex()))) {
                 m_data.savePage(node->data(), panel->document());
             }
         } catch (const store::StoreError& e) {

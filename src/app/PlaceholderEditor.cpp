@@ -4,9 +4,9 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QLocale>
 #include <QMenu>
 #include <QToolBar>
-#include <QLocale>
 #include <QVBoxLayout>
 
 namespace kestrum::app {
@@ -75,15 +75,17 @@ QString PlaceholderEditor::kindTitle() const
 
 void PlaceholderEditor::populateToolBar(QToolBar* toolBar)
 {
-    QAction* label = toolBar->addAction(Icons::forPageKind(iconKind(m_document.kind())),
-                                        tr("%1 page: no editing tools in this version").arg(kindTitle()));
+    QAction* label =
+        toolBar->addAction(Icons::forPageKind(iconKind(m_document.kind())),
+                           tr("%1 page: no editing tools in this version").arg(kindTitle()));
     label->setEnabled(false);
     toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
 }
 
 void PlaceholderEditor::populateMenu(QMenu* menu)
 {
-    menu->addAction(tr("No %1 commands in this version").arg(store::editorKindName(m_document.kind())))
+    menu->addAction(
+            tr("No %1 commands in this version").arg(store::editorKindName(m_document.kind())))
         ->setEnabled(false);
 }
 

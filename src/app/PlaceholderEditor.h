@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/EditorPanel.h"
 #include "store/RawPageDocument.h"
+#include "ui/EditorPanel.h"
 
 class QLabel;
 

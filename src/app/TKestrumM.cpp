@@ -1,9 +1,6 @@
 #include "TKestrumM.h"
 
 #include "app/AppSettings.h"
-#include "ui/Dialogs.h"
-#include "ui/EditorPanel.h"
-#include "ui/WaitCursor.h"
 #include "app/Icons.h"
 #include "app/MainMenus.h"
 #include "app/OutlineHistoryActions.h"
@@ -14,13 +11,15 @@
 #include "app/TRMNewNoteDlg.h"
 #include "common/Colour.h"
 #include "export/PageExports.h"
-#include "store/PageDocument.h"
 #include "store/OutlineCommands.h"
+#include "store/PageDocument.h"
 #include "store/StoreError.h"
 #include "store/TRMData.h"
+#include "ui/Dialogs.h"
+#include "ui/EditorPanel.h"
+#include "ui/WaitCursor.h"
 
 #include <QAction>
-#include <algorithm>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -34,6 +33,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace kestrum::app {
 
@@ -407,8 +407,8 @@ void TKestrumM::refreshRecentMenu()
         const QString file = files[i];
         connect(a, &QAction::triggered, this, [this, file] {
             if (!QFileInfo::exists(file)) {
-                ui::dialogs().warning(this,
-                                  QStringLiteral("The project \"%1\" no longer exists.").arg(file));
+                ui::dialogs().warning(
+                    this, QStringLiteral("The project \"%1\" no longer exists.").arg(file));
                 m_settings->removeRecentProject(file);
                 m_settings->save();
                 refreshRecentMenu();
@@ -499,8 +499,8 @@ void TKestrumM::ExportPageClick()
         const Status written = exports::exportPage(
             {stored->pageId, stored->type, stored->content, stored->info}, fileName);
         if (!written) {
-            ui::dialogs().warning(this, QStringLiteral("Cannot export the page: %1")
-                                            .arg(written.error()));
+            ui::dialogs().warning(
+                this, QStringLiteral("Cannot export the page: %1").arg(written.error()));
         } else {
             statusBar()->showMessage(QStringLiteral("Exported to %1").arg(fileName), 5000);
         }
@@ -596,8 +596,8 @@ void TKestrumM::NodeDeleteClick()
         return;
     }
     if (!ui::dialogs().askYesNo(this, QStringLiteral("Kestrum"),
-                            QStringLiteral("Are you sure you want to delete item: ") +
-                                selected->caption())) {
+                                QStringLiteral("Are you sure you want to delete item: ") +
+                                    selected->caption())) {
         return;
     }
     guarded([&] {
@@ -619,7 +619,7 @@ void TKestrumM::NodeRenameClick()
         m_display->SaveModif();
         if (const auto title =
                 ui::dialogs().getText(this, QStringLiteral("Edit title"),
-                                  QStringLiteral("Type the new title"), selected->caption())) {
+                                      QStringLiteral("Type the new title"), selected->caption())) {
             m_commands->rename(selected, *title);
         }
     });
@@ -668,7 +668,8 @@ void TKestrumM::Custom1Click()
     if (!selected->fields().usesTreeColours) {
         initial = common::toQColor(selected->fields().textColor);
     }
-    if (const auto colour = ui::dialogs().getColour(this, initial, QStringLiteral("Change color"))) {
+    if (const auto colour =
+            ui::dialogs().getColour(this, initial, QStringLiteral("Change color"))) {
         colourSelected(common::fromQColor(*colour));
     }
 }

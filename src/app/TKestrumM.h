@@ -36,10 +36,10 @@ class TKestrumM : public QMainWindow
 public:
     struct Options
     {
-        QString settingsPath;      // empty: AppSettings::defaultPath()
+        QString settingsPath;                        // empty: AppSettings::defaultPath()
         DesktopPageKinds kinds = desktopPageKinds(); // the page kinds and their editors
-        bool pollHandOff = true;   // the one-second hand-off timer
-        bool restoreLayout = true; // window geometry from the settings
+        bool pollHandOff = true;                     // the one-second hand-off timer
+        bool restoreLayout = true;                   // window geometry from the settings
     };
     explicit TKestrumM(Options options, QWidget* parent = nullptr);
     ~TKestrumM() override;

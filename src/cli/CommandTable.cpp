@@ -50,7 +50,8 @@ int ArgList::toInt(const QString& text, const QString& what)
     bool ok = false;
     const int value = text.toInt(&ok);
     if (!ok) {
-        throw CliError{kExitUsage, QStringLiteral("%1: \"%2\" is not a whole number").arg(what, text)};
+        throw CliError{kExitUsage,
+                       QStringLiteral("%1: \"%2\" is not a whole number").arg(what, text)};
     }
     return value;
 }

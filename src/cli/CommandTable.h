@@ -49,8 +49,8 @@ struct CliIo
 struct CommandSpec
 {
     QString name;
-    QString usage;   // arguments after the name
-    QString summary; // one line
+    QString usage;         // arguments after the name
+    QString summary;       // one line
     bool needsGui = false; // fonts, text layout or painting
     std::function<int(ArgList&, CliIo&)> run;
 };

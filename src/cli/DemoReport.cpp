@@ -3,10 +3,10 @@
 #include "DemoChartPage.h"
 
 #include "cli/CommandTable.h"
+#include "cli/DemoCloudPage.h"
+#include "cli/DemoDiagramPage.h"
 #include "cli/DemoImagePage.h"
 #include "cli/DemoTimelinePage.h"
-#include "cli/DemoDiagramPage.h"
-#include "cli/DemoCloudPage.h"
 #include "cli/ProjectSession.h"
 #include "common/Colour.h"
 #include "editors/grid/GridDocument.h"
@@ -35,7 +35,8 @@ QByteArray demoResource(const char* name)
     initDemoResources();
     QFile file(QStringLiteral(":/demo/") + QLatin1String(name));
     if (!file.open(QIODevice::ReadOnly)) {
-        throw CliError{kExitBadInput, QStringLiteral("the demo resource %1 is missing").arg(QLatin1String(name))};
+        throw CliError{kExitBadInput,
+                       QStringLiteral("the demo resource %1 is missing").arg(QLatin1String(name))};
     }
     return file.readAll();
 }
@@ -194,7 +195,8 @@ public:
                       const QByteArray& content, const QString& comment = {},
                       const QString& info = {})
     {
-        const qint32 id = m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment);
+        const qint32 id =
+            m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment);
         OutlineNodeData d;
         d.caption = title;
         d.imageIndex = type;
@@ -229,10 +231,10 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
     outline.setCaption(root, QStringLiteral("Remote work and team cohesion"));
 
     DemoBuilder demo(data);
-    OutlineNode* summary =
-        demo.page(root, PageType::Text, QStringLiteral("Summary of findings"), demoResource("summary.rtf"),
-                  QStringLiteral("Draft for the steering group, version 2. Check the figures "
-                                 "against the survey before sending."));
+    OutlineNode* summary = demo.page(
+        root, PageType::Text, QStringLiteral("Summary of findings"), demoResource("summary.rtf"),
+        QStringLiteral("Draft for the steering group, version 2. Check the figures "
+                       "against the survey before sending."));
     demo.mark(summary, common::clRed);
 
     OutlineNode* passages = demo.folder(root, QStringLiteral("Coded passages"));
@@ -265,7 +267,8 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
 
     OutlineNode* figures = demo.folder(root, QStringLiteral("Codebook and figures"));
     demo.page(figures, PageType::TextVariant6, QStringLiteral("Codebook (excerpt)"),
-              demoResource("codebook.rtf"), QStringLiteral("Frequencies after the focused coding cycle."));
+              demoResource("codebook.rtf"),
+              QStringLiteral("Frequencies after the focused coding cycle."));
     demo.page(figures, PageType::Text, QStringLiteral("Isolation by date of joining"),
               demoResource("isolation-figure.rtf"),
               QStringLiteral("Figure drafted for the steering group; the hidden note in the text "
@@ -289,8 +292,9 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
     DemoCloudPage::add(data, figures);
 
     OutlineNode* method = demo.folder(root, QStringLiteral("Method"));
-    OutlineNode* notes = demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),
-                                   demoResource("method.rtf"));
+    OutlineNode* notes =
+        demo.page(method, PageType::Text, QStringLiteral("Sampling and coding notes"),
+                  demoResource("method.rtf"));
     demo.mark(notes, common::clBlue);
 
     outline.setExpanded(root, true);

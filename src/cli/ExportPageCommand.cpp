@@ -19,7 +19,8 @@ void registerExportPageCommand(CommandTable& table)
         store::ProjectReader project(pos[0]);
         const std::optional<qint32> type = project.table().readType(pageId);
         if (!type) {
-            throw CliError{kExitBadInput, QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
+            throw CliError{kExitBadInput,
+                           QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
         exports::PageSource page;
         page.pageId = pageId;

@@ -14,8 +14,8 @@
 #include "store/TRMData.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <cstdio>
 

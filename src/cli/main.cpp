@@ -63,8 +63,9 @@ int main(int argc, char** argv)
             const QByteArray runtime =
                 QDir::tempPath().toLocal8Bit() + "/kestrum-runtime-" + QByteArray::number(getuid());
             QDir().mkpath(QString::fromLocal8Bit(runtime));
-            QFile::setPermissions(QString::fromLocal8Bit(runtime),
-                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+            QFile::setPermissions(QString::fromLocal8Bit(runtime), QFileDevice::ReadOwner |
+                                                                       QFileDevice::WriteOwner |
+                                                                       QFileDevice::ExeOwner);
             qputenv("XDG_RUNTIME_DIR", runtime);
         }
         // Fonts and painting without a display.

@@ -38,7 +38,10 @@ constexpr TColor clMedGray = 0xA4A0A0;
 constexpr TColor clNone = 0x1FFFFFFF;
 constexpr TColor clDefault = 0x20000000;
 
-constexpr TColor systemColour(int index) { return static_cast<TColor>(0xFF000000u | quint32(index)); }
+constexpr TColor systemColour(int index)
+{
+    return static_cast<TColor>(0xFF000000u | quint32(index));
+}
 constexpr TColor clWindow = systemColour(0x05);
 constexpr TColor clWindowText = systemColour(0x08);
 constexpr TColor clBtnFace = systemColour(0x0F);
@@ -48,11 +51,21 @@ constexpr TColor clHighlightText = systemColour(0x0E);
 
 constexpr TColor rgbColour(int red, int green, int blue)
 {
-    return TColor((quint32(blue & 0xFF) << 16) | (quint32(green & 0xFF) << 8) | quint32(red & 0xFF));
+    return TColor((quint32(blue & 0xFF) << 16) | (quint32(green & 0xFF) << 8) |
+                  quint32(red & 0xFF));
 }
-constexpr int redOf(TColor c) { return int(quint32(c) & 0xFF); }
-constexpr int greenOf(TColor c) { return int((quint32(c) >> 8) & 0xFF); }
-constexpr int blueOf(TColor c) { return int((quint32(c) >> 16) & 0xFF); }
+constexpr int redOf(TColor c)
+{
+    return int(quint32(c) & 0xFF);
+}
+constexpr int greenOf(TColor c)
+{
+    return int((quint32(c) >> 8) & 0xFF);
+}
+constexpr int blueOf(TColor c)
+{
+    return int((quint32(c) >> 16) & 0xFF);
+}
 
 bool isSystemColour(TColor colour);
 

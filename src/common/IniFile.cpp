@@ -85,9 +85,15 @@ QString IniFile::toText() const
     QString out;
     for (const Line& line : m_lines) {
         switch (line.kind) {
-        case LineKind::Section: out += QLatin1Char('[') + line.name + QLatin1Char(']'); break;
-        case LineKind::Entry: out += line.name + QLatin1Char('=') + line.value; break;
-        case LineKind::Other: out += line.raw; break;
+        case LineKind::Section:
+            out += QLatin1Char('[') + line.name + QLatin1Char(']');
+            break;
+        case LineKind::Entry:
+            out += line.name + QLatin1Char('=') + line.value;
+            break;
+        case LineKind::Other:
+            out += line.raw;
+            break;
         }
         out += eol;
     }

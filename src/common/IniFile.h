@@ -40,7 +40,12 @@ public:
     QStringList keys(const QString& section) const;
 
 private:
-    enum class LineKind { Other, Section, Entry };
+    enum class LineKind
+    {
+        Other,
+        Section,
+        Entry
+    };
     struct Line
     {
         LineKind kind = LineKind::Other;

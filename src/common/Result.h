@@ -17,8 +17,7 @@ struct Error
 // The one way the core reports failures: a function that can fail returns Result<T> (a value
 // or an Error) or Status (nothing or an Error). Callers test it like a bool and read error()
 // when it failed; nothing is thrown across the core's public functions.
-template <class T>
-class [[nodiscard]] Result
+template <class T> class [[nodiscard]] Result
 {
 public:
     Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
@@ -42,8 +41,7 @@ private:
     std::variant<T, Error> m_state;
 };
 
-template <>
-class [[nodiscard]] Result<void>
+template <> class [[nodiscard]] Result<void>
 {
 public:
     Result() = default;

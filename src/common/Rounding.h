@@ -14,9 +14,15 @@ inline std::int64_t roundHalfEven(double value)
 
 // Half of a pixel length, rounded up for odd values: n/2 + n mod 2, with division toward
 // zero and the remainder keeping the sign of n (so half(-3) == -2, half(3) == 2).
-constexpr int halfUp(int n) { return n / 2 + n % 2; }
+constexpr int halfUp(int n)
+{
+    return n / 2 + n % 2;
+}
 
 // Truncation toward zero.
-inline std::int64_t truncateToInt(double value) { return static_cast<std::int64_t>(std::trunc(value)); }
+inline std::int64_t truncateToInt(double value)
+{
+    return static_cast<std::int64_t>(std::trunc(value));
+}
 
 } // namespace kestrum::common

@@ -13,13 +13,8 @@ const std::vector<CorePageKind>& corePageKinds()
     // A file's extension is matched against the kinds in this order (chart before table and
     // image: ".T" and ".W" are read as charts).
     static const std::vector<CorePageKind> kinds{
-        textPageKind(),
-        chartPageKind(),
-        gridPageKind(),
-        imagePageKind(),
-        timelinePageKind(),
-        diagramPageKind(),
-        wordCloudPageKind(),
+        textPageKind(),     chartPageKind(),   gridPageKind(),      imagePageKind(),
+        timelinePageKind(), diagramPageKind(), wordCloudPageKind(),
     };
     return kinds;
 }

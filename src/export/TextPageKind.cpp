@@ -51,7 +51,8 @@ CorePageKind textPageKind()
 
     kind.exports.formats = {
         {{QStringLiteral("rtf")}, QStringLiteral("Rich text"), writeTextFile},
-        {{QStringLiteral("html"), QStringLiteral("htm")}, QStringLiteral("Web page"),
+        {{QStringLiteral("html"), QStringLiteral("htm")},
+         QStringLiteral("Web page"),
          writeTextFile},
         {{QStringLiteral("txt")}, QStringLiteral("Plain text"), writeTextFile},
         {{QStringLiteral("odt")}, QStringLiteral("OpenDocument text"), writeTextFile},
@@ -75,7 +76,8 @@ CorePageKind textPageKind()
         const qsizetype open = body.indexOf(QLatin1String("<BODY"), 0, Qt::CaseInsensitive);
         if (open >= 0) {
             const qsizetype start = body.indexOf(QLatin1Char('>'), open) + 1;
-            const qsizetype end = body.lastIndexOf(QLatin1String("</BODY>"), -1, Qt::CaseInsensitive);
+            const qsizetype end =
+                body.lastIndexOf(QLatin1String("</BODY>"), -1, Qt::CaseInsensitive);
             body = body.mid(start, end >= start ? end - start : -1);
         }
         return HtmlFragment{body, {}};

@@ -39,7 +39,8 @@ std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
     const qint64 streamBytes = stored.size() - 4;
     if (qint64(claimed) > kMaxPlainSize || qint64(claimed) > streamBytes * kMaxDeflateRatio + 64) {
         if (error) {
-            *error = QStringLiteral("the stored value is damaged (impossible length %1)").arg(claimed);
+            *error =
+                QStringLiteral("the stored value is damaged (impossible length %1)").arg(claimed);
         }
         return std::nullopt;
     }

@@ -63,8 +63,7 @@ private:
 };
 
 // Calls `visit(node, level)` for every node of the subtree in tree order (iteratively).
-template <typename Visit>
-void visitInOrder(const OutlineNode* root, Visit&& visit)
+template <typename Visit> void visitInOrder(const OutlineNode* root, Visit&& visit)
 {
     if (!root) {
         return;

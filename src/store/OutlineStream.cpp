@@ -26,7 +26,8 @@ QByteArray write(const OutlineNode* root)
     }
     // Count first so the reader can check the size before it reads anything.
     std::vector<std::pair<const OutlineNode*, int>> order;
-    visitInOrder(root, [&order](const OutlineNode* node, int level) { order.emplace_back(node, level); });
+    visitInOrder(root,
+                 [&order](const OutlineNode* node, int level) { order.emplace_back(node, level); });
     out.reserve(qsizetype(order.size()) * 48);
     out.u32(quint32(order.size()));
     for (const auto& [node, level] : order) {
@@ -64,7 +65,8 @@ std::unique_ptr<OutlineNode> read(const QByteArray& bytes, QString* error)
         return failWith(in.error());
     }
     if (version == 0 || version > kVersion) {
-        return failWith(QStringLiteral("outline version %1 is newer than this program reads").arg(version));
+        return failWith(
+            QStringLiteral("outline version %1 is newer than this program reads").arg(version));
     }
     const quint32 count = in.u32();
     if (!in.ok()) {
@@ -109,7 +111,8 @@ std::unique_ptr<OutlineNode> read(const QByteArray& bytes, QString* error)
         path.push_back(node);
     }
     if (!in.atEnd()) {
-        return failWith(QStringLiteral("%1 unexpected bytes after the last node").arg(in.remaining()));
+        return failWith(
+            QStringLiteral("%1 unexpected bytes after the last node").arg(in.remaining()));
     }
     return root;
 }

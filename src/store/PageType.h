@@ -24,7 +24,17 @@ constexpr qint32 WordCloud = 13;
 } // namespace PageType
 
 // The editor that serves a page kind.
-enum class EditorKind { None, Text, Grid, Chart, Image, Timeline, Diagram, WordCloud };
+enum class EditorKind
+{
+    None,
+    Text,
+    Grid,
+    Chart,
+    Image,
+    Timeline,
+    Diagram,
+    WordCloud
+};
 constexpr int kEditorKindCount = 8;
 
 constexpr EditorKind editorKindFor(qint32 pageType)
@@ -33,18 +43,29 @@ constexpr EditorKind editorKindFor(qint32 pageType)
     case PageType::Text:
     case PageType::TextVariant5:
     case PageType::TextVariant6:
-    case PageType::TextVariant7: return EditorKind::Text;
-    case PageType::Grid: return EditorKind::Grid;
-    case PageType::Chart: return EditorKind::Chart;
-    case PageType::Image: return EditorKind::Image;
-    case PageType::Timeline: return EditorKind::Timeline;
-    case PageType::Diagram: return EditorKind::Diagram;
-    case PageType::WordCloud: return EditorKind::WordCloud;
-    default: return EditorKind::None;
+    case PageType::TextVariant7:
+        return EditorKind::Text;
+    case PageType::Grid:
+        return EditorKind::Grid;
+    case PageType::Chart:
+        return EditorKind::Chart;
+    case PageType::Image:
+        return EditorKind::Image;
+    case PageType::Timeline:
+        return EditorKind::Timeline;
+    case PageType::Diagram:
+        return EditorKind::Diagram;
+    case PageType::WordCloud:
+        return EditorKind::WordCloud;
+    default:
+        return EditorKind::None;
     }
 }
 
-constexpr bool isTextPage(qint32 pageType) { return editorKindFor(pageType) == EditorKind::Text; }
+constexpr bool isTextPage(qint32 pageType)
+{
+    return editorKindFor(pageType) == EditorKind::Text;
+}
 
 // A short English name of the kind ("text", "table", "folder"...), for messages and tools.
 QString pageKindName(qint32 pageType);

@@ -6,8 +6,7 @@ namespace kestrum::store {
 
 RawPageDocument::RawPageDocument(EditorKind kind, QObject* parent)
     : PageDocument(parent), m_kind(kind)
-{
-}
+{}
 
 bool RawPageDocument::writeContent(QByteArray& out, QString*)
 {

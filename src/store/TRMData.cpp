@@ -22,7 +22,6 @@ namespace kestrum::store {
 
 namespace {
 
-
 const QString kOptions = QStringLiteral("OPTIONS");
 const QString kPublicFileName = QStringLiteral("Public File Name");
 const QString kSupModified = QStringLiteral("SUP Modified");
@@ -168,8 +167,8 @@ void TRMData::DBOpen(const QString& fileName, bool openReadOnly)
         openReadOnly ||
         (info.exists() && (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()));
     auto db = std::make_unique<SqliteDatabase>();
-    db->open(fileName, readOnly ? SqliteDatabase::OpenMode::ReadOnly
-                                : SqliteDatabase::OpenMode::ReadWrite);
+    db->open(fileName,
+             readOnly ? SqliteDatabase::OpenMode::ReadOnly : SqliteDatabase::OpenMode::ReadWrite);
     auto table = std::make_unique<PageTable>(*db);
     table->validate(true);
     QByteArray storedOutline;

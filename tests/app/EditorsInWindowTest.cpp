@@ -13,20 +13,20 @@
 #include "cli/ProjectSession.h"
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/widgets/TRMGridEditor.h"
+#include "editors/text/TextPageDocument.h"
 #include "editors/text/widgets/TRMWPEditor.h"
 #include "editors/text/widgets/WPView.h"
-#include "editors/text/TextPageDocument.h"
 #include "store/OutlineModel.h"
 #include "store/PageTable.h"
 #include "store/TRMData.h"
 
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QtTest>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 
 using namespace kestrum;
 using store::OutlineNode;

@@ -5,7 +5,6 @@
 #include "ScriptedDialogs.h"
 
 #include "app/AppSettings.h"
-#include "ui/EditorPanel.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
 #include "app/PageDisplay.h"
@@ -19,6 +18,7 @@
 #include "store/RawPageDocument.h"
 #include "store/SqliteDatabase.h"
 #include "store/TRMData.h"
+#include "ui/EditorPanel.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -428,10 +428,10 @@ void TKestrumMTest::itemsMenuEnabling()
             captions << a->text();
         }
     }
-    QCOMPARE(captions, QStringList({"New...", "Import files...", "Delete", "Rename...",
-                                    "Change color", "Expand all", "Colapse all", "Move up",
-                                    "Move down", "Promote", "Demote", "Keep selected item",
-                                    "Recover pages without an item..."}));
+    QCOMPARE(captions,
+             QStringList({"New...", "Import files...", "Delete", "Rename...", "Change color",
+                          "Expand all", "Colapse all", "Move up", "Move down", "Promote", "Demote",
+                          "Keep selected item", "Recover pages without an item..."}));
     QVERIFY(m_window->outlineContextMenu()->actions().contains(action("NodeCollapse2")));
     QCOMPARE(action("NodeCollapse2")->text(), QStringLiteral("Collapse all"));
 }

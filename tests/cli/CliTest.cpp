@@ -251,13 +251,14 @@ void CliTest::handOffIsRenamedIntoPlaceNotRewritten()
     QCOMPARE(run({"new", "Study.session.kst"}).code, 0);
     const QString handOff = path(QStringLiteral("session.new"));
     auto inode = [&] {
-        struct stat st{};
+        struct stat st
+        {};
         return ::stat(QFile::encodeName(handOff).constData(), &st) == 0 ? quint64(st.st_ino) : 0;
     };
-    QCOMPARE(run({"put", "Study.session.kst", "--type", "0", "--info", "a\tb\tOne", "--folder",
-                  "First"})
-                 .code,
-             0);
+    QCOMPARE(
+        run({"put", "Study.session.kst", "--type", "0", "--info", "a\tb\tOne", "--folder", "First"})
+            .code,
+        0);
     const quint64 first = inode();
     QVERIFY(first != 0);
     QCOMPARE(run({"put", "Study.session.kst", "--type", "0", "--info", "a\tb\tTwo", "--folder",

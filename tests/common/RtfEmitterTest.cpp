@@ -49,7 +49,8 @@ void RtfEmitterTest::escapesText_data()
         << QString::fromUtf16(u"\uff21") << QByteArray("\\u-223?");
     QTest::newRow("surrogate pair: two units, one fallback each")
         << QString::fromUcs4(U"x\U0001F600y") << QByteArray("x\\u-10179?\\u-8704?y");
-    QTest::newRow("no byte in Windows-1252") << QString::fromUtf16(u"\u0081") << QByteArray("\\u129?");
+    QTest::newRow("no byte in Windows-1252")
+        << QString::fromUtf16(u"\u0081") << QByteArray("\\u129?");
 }
 
 void RtfEmitterTest::escapesText()

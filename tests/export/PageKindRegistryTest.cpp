@@ -53,7 +53,8 @@ private slots:
                 QVERIFY2(!pageTypes.contains(type), qPrintable(kind.name));
                 pageTypes.insert(type);
                 QCOMPARE(store::editorKindFor(type), kind.kind);
-                QCOMPARE(exports::pageKindTable().forPageType(type), exports::pageKindTable().find(kind.kind));
+                QCOMPARE(exports::pageKindTable().forPageType(type),
+                         exports::pageKindTable().find(kind.kind));
             }
             std::unique_ptr<store::PageDocument> document = kind.makeDocument();
             QCOMPARE(document->kind(), kind.kind);

@@ -127,14 +127,15 @@ QStringList OutlineCommandsTest::storedShape() const
 
 void OutlineCommandsTest::buttonRules()
 {
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".B", ".C", "..C1"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".B", ".C", "..C1"}));
     const OutlineButtons root = OutlineCommands::buttonsFor(m_store->data.outline().root());
     QVERIFY(!root.deleteNode && !root.up && !root.down && !root.promote && !root.demote);
     QCOMPARE(root.position, -1);
 
     const OutlineButtons a1 = OutlineCommands::buttonsFor(node(QStringLiteral("A1")));
     QVERIFY(a1.deleteNode);
-    QVERIFY(!a1.up);     // first child
+    QVERIFY(!a1.up); // first child
     QVERIFY(a1.down);
     QVERIFY(a1.promote); // level 2
     QVERIFY(!a1.demote); // the node above is its parent
@@ -149,7 +150,8 @@ void OutlineCommandsTest::buttonRules()
 void OutlineCommandsTest::newItemPlacement()
 {
     TRMData& data = m_store->data;
-    OutlineNode* under = m_commands->newItem(node(QStringLiteral("A")), {false, false, QStringLiteral("{untitled}")});
+    OutlineNode* under = m_commands->newItem(node(QStringLiteral("A")),
+                                             {false, false, QStringLiteral("{untitled}")});
     QCOMPARE(under->parent(), node(QStringLiteral("A")));
     QCOMPARE(under->row(), 2);
     QCOMPARE(under->imageIndex(), 0);
@@ -157,11 +159,13 @@ void OutlineCommandsTest::newItemPlacement()
     QCOMPARE(data.outline().selected(), under);
     QCOMPARE(data.currentNodeIndex(), data.outline().indexOf(under));
 
-    OutlineNode* after = m_commands->newItem(node(QStringLiteral("B")), {false, true, QStringLiteral("After B")});
+    OutlineNode* after =
+        m_commands->newItem(node(QStringLiteral("B")), {false, true, QStringLiteral("After B")});
     QCOMPARE(after->parent(), data.outline().root());
     QCOMPARE(after->row(), 2);
     // "After" the project node is impossible: the node goes under it.
-    OutlineNode* top = m_commands->newItem(data.outline().root(), {false, true, QStringLiteral("Top")});
+    OutlineNode* top =
+        m_commands->newItem(data.outline().root(), {false, true, QStringLiteral("Top")});
     QCOMPARE(top->parent(), data.outline().root());
     QCOMPARE(storedShape(), shape());
 }
@@ -169,7 +173,8 @@ void OutlineCommandsTest::newItemPlacement()
 void OutlineCommandsTest::newFolderHasNoRecord()
 {
     const qint64 records = m_store->data.table()->rowCount();
-    OutlineNode* folder = m_commands->newItem(node(QStringLiteral("B")), {true, false, QStringLiteral("Folder")});
+    OutlineNode* folder =
+        m_commands->newItem(node(QStringLiteral("B")), {true, false, QStringLiteral("Folder")});
     QCOMPARE(folder->data(), -1);
     QCOMPARE(folder->imageIndex(), 11);
     QCOMPARE(m_store->data.table()->rowCount(), records);
@@ -281,7 +286,8 @@ void OutlineCommandsTest::moveUpAndDown()
     TRMData& data = m_store->data;
     OutlineNode* c = node(QStringLiteral("C"));
     QVERIFY(m_commands->moveUp(c));
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".C", "..C1", ".B"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".C", "..C1", ".B"}));
     QCOMPARE(data.currentNodeIndex(), 5);
     QVERIFY(m_commands->moveDown(c));
     QCOMPARE(shape().mid(5), QStringList({".B", ".C", "..C1"}));
@@ -294,14 +300,17 @@ void OutlineCommandsTest::promoteRules()
     // The node above has another level (its parent): right after the parent.
     OutlineNode* a1 = node(QStringLiteral("A1"));
     QVERIFY(m_commands->promote(a1));
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A2", "...A2a", ".A1", ".B", ".C", "..C1"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A2", "...A2a", ".A1", ".B", ".C", "..C1"}));
     // The node above is at the same level: after the parent, in the grandparent.
     buildOutline();
     QVERIFY(m_commands->promote(node(QStringLiteral("A2"))));
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A1", ".A2", "..A2a", ".B", ".C", "..C1"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A1", ".A2", "..A2a", ".B", ".C", "..C1"}));
     // A deeper node above sends the node into that node's parent, one level down.
     buildOutline();
-    OutlineNode* extra = m_store->data.outline().addChild(node(QStringLiteral("A")), OutlineNodeData{});
+    OutlineNode* extra =
+        m_store->data.outline().addChild(node(QStringLiteral("A")), OutlineNodeData{});
     m_store->data.outline().setCaption(extra, QStringLiteral("A3"));
     m_store->data.outline().addChild(node(QStringLiteral("A2a")), OutlineNodeData{});
     // root: A(A1, A2(A2a(x)), A3)  — A3 has A2a's child above it, at level 4.
@@ -314,11 +323,13 @@ void OutlineCommandsTest::demoteRules()
 {
     // Above is the previous sibling at the same level: last child of it.
     QVERIFY(m_commands->demote(node(QStringLiteral("A2"))));
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A1", "...A2", "....A2a", ".B", ".C", "..C1"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A1", "...A2", "....A2a", ".B", ".C", "..C1"}));
     // Above is deeper (A2a under A2 under A1): last child of that node's parent.
     QVERIFY(m_commands->demote(node(QStringLiteral("B"))));
     QCOMPARE(node(QStringLiteral("B"))->parent(), node(QStringLiteral("A2")));
-    QCOMPARE(m_store->data.currentNodeIndex(), m_store->data.outline().indexOf(node(QStringLiteral("B"))));
+    QCOMPARE(m_store->data.currentNodeIndex(),
+             m_store->data.outline().indexOf(node(QStringLiteral("B"))));
     QCOMPARE(storedShape(), shape());
 }
 
@@ -338,12 +349,14 @@ void OutlineCommandsTest::dropRules()
     QCOMPARE(data.currentNodeIndex(), 7);
     // With Ctrl: before the target at its level, also when moving down among siblings.
     QVERIFY(m_commands->drop(node(QStringLiteral("A")), node(QStringLiteral("C")), true));
-    QCOMPARE(shape(), QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".C", "..C1", "..B"}));
+    QCOMPARE(shape(),
+             QStringList({"Project name", ".A", "..A1", "..A2", "...A2a", ".C", "..C1", "..B"}));
     QVERIFY(m_commands->drop(node(QStringLiteral("A1")), node(QStringLiteral("B")), true));
     QCOMPARE(shape().mid(4), QStringList({".C", "..C1", "..A1", "..B"}));
     // Refused drops still write the outline and change nothing.
     QVERIFY(!m_commands->drop(node(QStringLiteral("C")), node(QStringLiteral("C1")), false));
-    QVERIFY(!m_commands->drop(node(QStringLiteral("B")), m.root(), true)); // nothing beside the root
+    QVERIFY(
+        !m_commands->drop(node(QStringLiteral("B")), m.root(), true)); // nothing beside the root
     QCOMPARE(storedShape(), shape());
 }
 

@@ -234,12 +234,10 @@ void TRMDataTest::openAnnouncesItselfInOrder()
     data.CloseFile();
     QObject context; // the connections end with the test
     QStringList events;
-    connect(&data, &TRMData::outlineLoaded, &context,
-            [&] { events << QStringLiteral("menus"); });
+    connect(&data, &TRMData::outlineLoaded, &context, [&] { events << QStringLiteral("menus"); });
     connect(&data, &TRMData::selectionRestored, &context,
             [&] { events << QStringLiteral("show"); });
-    connect(&data, &TRMData::outlineSaved, &context,
-            [&] { events << QStringLiteral("buttons"); });
+    connect(&data, &TRMData::outlineSaved, &context, [&] { events << QStringLiteral("buttons"); });
     data.DBOpen(file);
     QCOMPARE(events, QStringList({"menus", "show", "buttons"}));
 }
@@ -538,7 +536,8 @@ void TRMDataTest::concurrentWriterIsWaitedFor()
         std::this_thread::yield();
     }
     m_store->document(EditorKind::Text).setBytes("after the host");
-    const bool saved = data.SaveWP(1, m_store->document(EditorKind::Text)); // waits for the host's commit
+    const bool saved =
+        data.SaveWP(1, m_store->document(EditorKind::Text)); // waits for the host's commit
     host.join();
     QVERIFY(saved);
     QCOMPARE(*data.table()->readContent(1), QByteArray("after the host"));
@@ -708,8 +707,9 @@ void TRMDataTest::readingAfterAnInterruptedWriteRollsItBack()
     {
         sqlite3* db = nullptr;
         QCOMPARE(sqlite3_open(QFile::encodeName(file).constData(), &db), SQLITE_OK);
-        QCOMPARE(sqlite3_exec(db, "PRAGMA cache_size=1; BEGIN; UPDATE OUTPUT SET PageContent = "
-                                  "zeroblob(300000), PageInfo = 'torn'",
+        QCOMPARE(sqlite3_exec(db,
+                              "PRAGMA cache_size=1; BEGIN; UPDATE OUTPUT SET PageContent = "
+                              "zeroblob(300000), PageInfo = 'torn'",
                               nullptr, nullptr, nullptr),
                  SQLITE_OK);
         QVERIFY(QFileInfo(file + QStringLiteral("-journal")).size() > 0);

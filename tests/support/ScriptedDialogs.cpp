@@ -75,8 +75,8 @@ void ScriptedDialogs::notice(QWidget*, const QString& text, int milliseconds)
     m_noticeMs = milliseconds;
 }
 
-std::optional<QString> ScriptedDialogs::getText(QWidget*, const QString& title, const QString& prompt,
-                                                const QString& initial)
+std::optional<QString> ScriptedDialogs::getText(QWidget*, const QString& title,
+                                                const QString& prompt, const QString& initial)
 {
     m_shown.push_back({QStringLiteral("text"), title + QLatin1Char('|') + prompt});
     m_lastInitialText = initial;
@@ -95,27 +95,30 @@ std::optional<QFont> ScriptedDialogs::getFont(QWidget*, const QFont&, const QStr
     return next(m_fonts, QStringLiteral("font")).value_or(std::nullopt);
 }
 
-std::optional<ScriptedDialogs::FileChoice> ScriptedDialogs::getOpenFileName(QWidget*,
-                                                                           const FileRequest& request)
+std::optional<ScriptedDialogs::FileChoice>
+ScriptedDialogs::getOpenFileName(QWidget*, const FileRequest& request)
 {
     m_shown.push_back({QStringLiteral("open"), request.caption});
     m_lastFileRequest = request;
-    return next(m_openFiles, QStringLiteral("open file: ") + request.caption).value_or(std::nullopt);
+    return next(m_openFiles, QStringLiteral("open file: ") + request.caption)
+        .value_or(std::nullopt);
 }
 
 std::optional<QStringList> ScriptedDialogs::getOpenFileNames(QWidget*, const FileRequest& request)
 {
     m_shown.push_back({QStringLiteral("open files"), request.caption});
     m_lastFileRequest = request;
-    return next(m_openFileLists, QStringLiteral("open files: ") + request.caption).value_or(std::nullopt);
+    return next(m_openFileLists, QStringLiteral("open files: ") + request.caption)
+        .value_or(std::nullopt);
 }
 
-std::optional<ScriptedDialogs::FileChoice> ScriptedDialogs::getSaveFileName(QWidget*,
-                                                                           const FileRequest& request)
+std::optional<ScriptedDialogs::FileChoice>
+ScriptedDialogs::getSaveFileName(QWidget*, const FileRequest& request)
 {
     m_shown.push_back({QStringLiteral("save"), request.caption});
     m_lastFileRequest = request;
-    return next(m_saveFiles, QStringLiteral("save file: ") + request.caption).value_or(std::nullopt);
+    return next(m_saveFiles, QStringLiteral("save file: ") + request.caption)
+        .value_or(std::nullopt);
 }
 
 bool ScriptedDialogs::print(QWidget*, QPrinter*)

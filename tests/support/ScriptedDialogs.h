@@ -24,9 +24,18 @@ public:
     void answerText(std::optional<QString> text) { m_texts.push_back(std::move(text)); }
     void answerColour(std::optional<QColor> colour) { m_colours.push_back(std::move(colour)); }
     void answerFont(std::optional<QFont> font) { m_fonts.push_back(std::move(font)); }
-    void answerOpenFile(std::optional<FileChoice> choice) { m_openFiles.push_back(std::move(choice)); }
-    void answerOpenFiles(std::optional<QStringList> files) { m_openFileLists.push_back(std::move(files)); }
-    void answerSaveFile(std::optional<FileChoice> choice) { m_saveFiles.push_back(std::move(choice)); }
+    void answerOpenFile(std::optional<FileChoice> choice)
+    {
+        m_openFiles.push_back(std::move(choice));
+    }
+    void answerOpenFiles(std::optional<QStringList> files)
+    {
+        m_openFileLists.push_back(std::move(files));
+    }
+    void answerSaveFile(std::optional<FileChoice> choice)
+    {
+        m_saveFiles.push_back(std::move(choice));
+    }
     void answerPrint(bool accept) { m_prints.push_back(accept); }
     // The function sets the dialog's controls as a user would and returns its result code.
     void answerExec(std::function<int(QDialog*)> handler) { m_execs.push_back(std::move(handler)); }
@@ -54,9 +63,11 @@ public:
                                    const QString& initial) override;
     std::optional<QColor> getColour(QWidget* parent, const QColor& initial,
                                     const QString& title) override;
-    std::optional<QFont> getFont(QWidget* parent, const QFont& initial, const QString& title) override;
+    std::optional<QFont> getFont(QWidget* parent, const QFont& initial,
+                                 const QString& title) override;
     std::optional<FileChoice> getOpenFileName(QWidget* parent, const FileRequest& request) override;
-    std::optional<QStringList> getOpenFileNames(QWidget* parent, const FileRequest& request) override;
+    std::optional<QStringList> getOpenFileNames(QWidget* parent,
+                                                const FileRequest& request) override;
     std::optional<FileChoice> getSaveFileName(QWidget* parent, const FileRequest& request) override;
     bool print(QWidget* parent, QPrinter* printer) override;
     bool printSetup(QWidget* parent, QPrinter* printer) override;
@@ -69,8 +80,7 @@ public:
     int noticeMilliseconds() const { return m_noticeMs; }
 
 private:
-    template <typename T>
-    std::optional<T> next(std::deque<T>& queue, const QString& what);
+    template <typename T> std::optional<T> next(std::deque<T>& queue, const QString& what);
 
     std::deque<bool> m_yesNo;
     std::deque<std::optional<QString>> m_texts;

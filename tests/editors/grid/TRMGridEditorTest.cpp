@@ -3,14 +3,14 @@
 
 #include "GridSamples.h"
 
-#include "ui/ColourSelector.h"
+#include "editors/grid/GridStream.h"
 #include "editors/grid/widgets/GridFindDialog.h"
 #include "editors/grid/widgets/GridReplaceDialog.h"
-#include "editors/grid/GridStream.h"
 #include "editors/grid/widgets/GridTableModel.h"
 #include "editors/grid/widgets/GridView.h"
 #include "editors/grid/widgets/TRMGridEditor.h"
 #include "support/ScriptedDialogs.h"
+#include "ui/ColourSelector.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "GridView.h"
 
-#include "editors/grid/widgets/GridCellDelegate.h"
 #include "editors/grid/GridPageDocument.h"
+#include "editors/grid/widgets/GridCellDelegate.h"
 #include "editors/grid/widgets/GridTableModel.h"
 
 #include <QAbstractButton>

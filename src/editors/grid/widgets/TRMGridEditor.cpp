@@ -1,16 +1,16 @@
 #include "TRMGridEditor.h"
 #include "ui/WaitCursor.h"
 
-#include "ui/ColourSelector.h"
-#include "ui/Dialogs.h"
-#include "editors/grid/widgets/GridClipboardData.h"
 #include "editors/grid/GridExporter.h"
+#include "editors/grid/GridPrinter.h"
+#include "editors/grid/GridRowSizer.h"
+#include "editors/grid/widgets/GridClipboardData.h"
 #include "editors/grid/widgets/GridFindDialog.h"
 #include "editors/grid/widgets/GridIcons.h"
-#include "editors/grid/GridPrinter.h"
 #include "editors/grid/widgets/GridReplaceDialog.h"
-#include "editors/grid/GridRowSizer.h"
 #include "editors/grid/widgets/GridView.h"
+#include "ui/ColourSelector.h"
+#include "ui/Dialogs.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -42,14 +42,14 @@ TRMGridEditor::TRMGridEditor(QWidget* parent) : ui::EditorPanel(parent)
     layout->addWidget(m_view);
 
     // Toolbar widgets exist from the start; populateToolBar places them.
-    m_fontColour = new ui::ColourSelector(ui::ColourSelector::Kind::Text,
-                                          QStringLiteral("Font colour"), this);
+    m_fontColour =
+        new ui::ColourSelector(ui::ColourSelector::Kind::Text, QStringLiteral("Font colour"), this);
     m_fontColour->setObjectName(QStringLiteral("GridFontColor2"));
     m_fontColour->hide();
     m_backColour = new ui::ColourSelector(ui::ColourSelector::Kind::Background,
                                           QStringLiteral("Background colour"), this);
     m_backColour->setObjectName(QStringLiteral("GridBackGroundColor2"));
-        m_backColour->hide();
+    m_backColour->hide();
     m_multilines = new QCheckBox(QStringLiteral("Multilines"), this);
     m_multilines->setObjectName(QStringLiteral("Multilines"));
     m_multilines->hide();
@@ -642,9 +642,8 @@ void TRMGridEditor::replaceAll()
 {
     const int count = m_document.replaceAll(m_replaceDialog->text(), m_replaceDialog->replacement(),
                                             m_replaceDialog->options());
-    ui::dialogs().information(this, count == 0
-                                         ? QStringLiteral("Not found!")
-                                         : QStringLiteral("%1 cell(s) replaced.").arg(count));
+    ui::dialogs().information(this, count == 0 ? QStringLiteral("Not found!")
+                                               : QStringLiteral("%1 cell(s) replaced.").arg(count));
 }
 
 void TRMGridEditor::GridReplaceBtnClick()

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ui/EditorPanel.h"
 #include "common/Colour.h"
 #include "editors/grid/CGrid.h"
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/GridSorter.h"
+#include "ui/EditorPanel.h"
 
 #include <QAbstractItemView>
 #include <QHash>
