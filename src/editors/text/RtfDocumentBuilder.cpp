@@ -155,6 +155,32 @@ void RtfDocumentBuilder::finish(const RtfParagraph& last, const QTextCharFormat&
     applyBookmarks();
 }
 
+void RtfDocumentBuilder::appendNotes(const std::vector<QString>& notes)
+{
+    QTextCursor cursor(m_document);
+    cursor.movePosition(QTextCursor::End);
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        if (notes[i].isEmpty()) {
+            continue;
+        }
+        const int number = int(i) + 1;
+        QTextBlockFormat block;
+        block.setProperty(TextProperty::FootnoteNumber, number);
+        if (!cursor.block().text().isEmpty() || cursor.currentTable() ||
+            cursor.block().previous().isValid()) {
+            cursor.insertBlock(block, QTextCharFormat());
+        } else {
+            cursor.setBlockFormat(block);
+        }
+        QTextCharFormat mark;
+        mark.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
+        cursor.insertText(QString::number(number), mark);
+        QString text = notes[i];
+        text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+        cursor.insertText(QLatin1Char(' ') + text, QTextCharFormat());
+    }
+}
+
 void RtfDocumentBuilder::apply(const Op& op)
 {
     switch (op.kind) {

@@ -94,6 +94,9 @@ public:
     void bookmarkEnd(const QString& name);
     // The end of the input: the last paragraph's format, open tables and bookmarks.
     void finish(const RtfParagraph& last, const QTextCharFormat& mark);
+    // After finish(): the footnotes as numbered paragraphs at the end (note 1 first; empty
+    // notes are left out).
+    void appendNotes(const std::vector<QString>& notes);
 
 private:
     struct Op

@@ -1,6 +1,7 @@
 #include "RtfParser.h"
 
 #include "editors/text/RtfCodePage.h"
+#include "editors/text/TextProperties.h"
 
 #include <QTextDocument>
 
@@ -17,63 +18,6 @@ constexpr int kCodePagePc = 437;
 constexpr int kCodePagePca = 850;
 // \ucN: how many fallback characters follow a \uN (at most this many are skipped).
 constexpr int kMaxUnicodeFallback = 16;
-
-// The starred destinations ({\*\word ...}) this reader reads; others are skipped whole.
-bool readsStarred(RtfKeyword keyword)
-{
-    switch (keyword) {
-    case RtfKeyword::FldInst:
-    case RtfKeyword::BkmkStart:
-    case RtfKeyword::BkmkEnd:
-    case RtfKeyword::ListTable:
-    case RtfKeyword::ListOverrideTable:
-    case RtfKeyword::Pn:
-    case RtfKeyword::ShpPict:
-    case RtfKeyword::ListText:
-    case RtfKeyword::PnText:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// The character a symbol word stands for (\emdash, \bullet, \lquote...); null for others.
-QChar symbolCharacter(RtfKeyword keyword)
-{
-    switch (keyword) {
-    case RtfKeyword::Line:
-        return QChar::LineSeparator;
-    case RtfKeyword::Tab:
-    case RtfKeyword::NestCell:
-        return QLatin1Char('\t');
-    case RtfKeyword::EmDash:
-        return QChar(0x2014);
-    case RtfKeyword::EnDash:
-        return QChar(0x2013);
-    case RtfKeyword::EmSpace:
-        return QChar(0x2003);
-    case RtfKeyword::EnSpace:
-        return QChar(0x2002);
-    case RtfKeyword::QmSpace:
-        return QChar(0x2005);
-    case RtfKeyword::Bullet:
-        return QChar(0x2022);
-    case RtfKeyword::LQuote:
-        return QChar(0x2018);
-    case RtfKeyword::RQuote:
-        return QChar(0x2019);
-    case RtfKeyword::LDblQuote:
-        return QChar(0x201C);
-    case RtfKeyword::RDblQuote:
-        return QChar(0x201D);
-    case RtfKeyword::Zwj:
-        return QChar(0x200D);
-    case RtfKeyword::Zwnj:
-        return QChar(0x200C);
-    default:
-        return {};
-    }
-}
 
 } // namespace
 
@@ -158,6 +102,7 @@ RtfReadResult RtfParser::run()
     }
     flush();
     m_builder.finish(m_formats.paragraph(last.para), m_formats.charFormat(last.chr));
+    m_builder.appendNotes(m_footnotes.notes());
     m_result.pageLayout.normalise();
     m_result.ok = true;
     return std::move(m_result);
@@ -263,6 +208,11 @@ void RtfParser::finishDestination(const DestinationText& context)
         break;
     case RtfDestination::PnTextAfter:
         m_lists.setLegacyAfter(context.text);
+        break;
+    case RtfDestination::Footnote:
+        if (const int number = m_footnotes.addNote(context.text); number > 0) {
+            insertFootnoteReference(number);
+        }
         break;
     case RtfDestination::ListOverrideTable:
     case RtfDestination::ListTable:
@@ -442,6 +392,21 @@ void RtfParser::insertPicture()
     m_builder.insertImage(m_picture.finish(m_document, &m_result.warnings), inTable);
 }
 
+void RtfParser::insertFootnoteReference(int number)
+{
+    if (m_stack.empty()) {
+        return;
+    }
+    flush();
+    RtfCharState mark = top().chr;
+    mark.vertical = RtfVertical::Superscript;
+    mark.hidden = false;
+    QTextCharFormat format = m_formats.charFormat(mark);
+    format.setProperty(TextProperty::FootnoteReference, number);
+    m_builder.insertText(QString::number(number), format, top().para.inTable);
+    m_paragraphHasContent = true;
+}
+
 void RtfParser::setPageValue(int& field, int value)
 {
     field = value;
@@ -482,7 +447,7 @@ void RtfParser::controlWord(const RtfToken& token)
     }
     const RtfKeywordEntry entry = RtfKeywords::find(token.word);
     const RtfWord word{entry.keyword, token.parameter, token.hasParameter};
-    if (m_starred && !readsStarred(word.keyword)) {
+    if (m_starred && !RtfKeywords::readsStarred(word.keyword)) {
         setDestination(RtfDestination::Skip);
         return;
     }
@@ -612,7 +577,16 @@ void RtfParser::destinationWord(const RtfWord& word)
     case RtfKeyword::ListName:
         setDestination(RtfDestination::Skip);
         break;
+    case RtfKeyword::Footnote:
+        flush();
+        setDestination(dest == RtfDestination::Normal ? RtfDestination::Footnote
+                                                      : RtfDestination::Skip);
+        break;
     case RtfKeyword::Pict:
+        if (dest == RtfDestination::Footnote) {
+            setDestination(RtfDestination::Skip); // notes keep their text only
+            break;
+        }
         flush();
         m_picture.start();
         setDestination(RtfDestination::Picture);
@@ -625,6 +599,9 @@ void RtfParser::destinationWord(const RtfWord& word)
         setDestination(RtfDestination::FieldInstruction);
         break;
     case RtfKeyword::FldRslt:
+        if (dest == RtfDestination::Footnote) {
+            break; // a field's result inside a note is the note's text
+        }
         setDestination(RtfDestination::Normal);
         if (const std::optional<QString> target = m_fields.hyperlink()) {
             top().chr.href = *target;
@@ -676,7 +653,17 @@ void RtfParser::destinationWord(const RtfWord& word)
 void RtfParser::specialCharacterWord(const RtfWord& word)
 {
     RtfGroupState& group = top();
+    if (group.dest == RtfDestination::Footnote && footnoteWord(word)) {
+        return;
+    }
     switch (word.keyword) {
+    case RtfKeyword::Chftn:
+        if (group.dest == RtfDestination::Normal) {
+            if (const int number = m_footnotes.addReference(); number > 0) {
+                insertFootnoteReference(number);
+            }
+        }
+        break;
     case RtfKeyword::Par:
     case RtfKeyword::Sect:
     case RtfKeyword::NestRow:
@@ -714,10 +701,28 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         }
         break;
     default:
-        if (const QChar c = symbolCharacter(word.keyword); !c.isNull()) {
+        if (const QChar c = RtfKeywords::symbol(word.keyword); !c.isNull()) {
             character(c);
         }
         break;
+    }
+}
+
+bool RtfParser::footnoteWord(const RtfWord& word)
+{
+    switch (word.keyword) {
+    case RtfKeyword::Par:
+    case RtfKeyword::Sect:
+        destinationText(u"\n");
+        return true;
+    case RtfKeyword::Chftn: // the note's own number: written again with the note
+    case RtfKeyword::Cell:
+    case RtfKeyword::Row:
+    case RtfKeyword::NestRow:
+    case RtfKeyword::Page:
+        return true;
+    default:
+        return false; // characters and \u as in the text
     }
 }
 

@@ -4,6 +4,7 @@
 #include "editors/text/RtfFieldStack.h"
 #include "editors/text/RtfFileColours.h"
 #include "editors/text/RtfFontTable.h"
+#include "editors/text/RtfFootnotes.h"
 #include "editors/text/RtfFormatMapper.h"
 #include "editors/text/RtfFormatReader.h"
 #include "editors/text/RtfListTable.h"
@@ -63,6 +64,7 @@ private:
     void documentWord(const RtfWord& word);
     void destinationWord(const RtfWord& word);
     void specialCharacterWord(const RtfWord& word);
+    bool footnoteWord(const RtfWord& word);
     void fontColourWord(const RtfWord& word);
     void listWord(const RtfWord& word);
     void pictureWord(const RtfWord& word);
@@ -71,6 +73,7 @@ private:
     void flush();
     void endParagraph();
     void insertPicture();
+    void insertFootnoteReference(int number);
     void setPageValue(int& field, int value);
 
     RtfTokenizer m_tokens;
@@ -94,6 +97,7 @@ private:
     RtfStyleSheet m_styleSheet;
     RtfListTable m_lists;
     RtfFieldStack m_fields;
+    RtfFootnotes m_footnotes;
     RtfPictureReader m_picture;
     RtfFormatReader m_formatReader;
     RtfFormatMapper m_formats;
