@@ -146,10 +146,12 @@ int RtfListTable::addLegacy()
 
 bool RtfListTable::format(const RtfParaState& state, RtfParagraph& out) const
 {
-    if (state.listOverride > 0) {
+    // \lsN with no list table behind it: the paragraph's \pn numbering describes the list.
+    const bool hasLegacy = state.legacyList >= 0 && std::size_t(state.legacyList) < m_legacy.size();
+    if (state.listOverride > 0 && (!hasLegacy || m_overrides.contains(state.listOverride))) {
         return listFormat(state, out);
     }
-    if (state.legacyList >= 0 && std::size_t(state.legacyList) < m_legacy.size()) {
+    if (hasLegacy && std::size_t(state.legacyList) < m_legacy.size()) {
         return legacyFormat(state, out);
     }
     return false;
@@ -207,7 +209,7 @@ bool RtfListTable::legacyFormat(const RtfParaState& state, RtfParagraph& out) co
     QTextListFormat list;
     list.setIndent(qBound(1, legacy.level, rtf::kMaxListLevels));
     if (legacy.bullet) {
-        list.setStyle(QTextListFormat::ListDisc);
+        list.setStyle(bulletStyle(legacy.before));
     } else {
         list.setStyle(numberingStyle(legacy.style));
         list.setNumberPrefix(legacy.before);

@@ -199,7 +199,6 @@ void RtfParser::finishDestination(const DestinationText& context)
             const int legacy = m_lists.addLegacy();
             if (legacy >= 0) {
                 top().para.legacyList = legacy;
-                top().para.listOverride = 0;
             }
         }
         break;

@@ -76,6 +76,7 @@ class RtfWordProcessorTest : public QObject
 
 private slots:
     void footnotes();
+    void oldStyleNumbering();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -114,6 +115,54 @@ void RtfWordProcessorTest::footnotes()
     QCOMPARE(written.count("{\\footnote"), 3);
     QCOMPARE(written.count("Note text."), 1);
     QVERIFY(written.contains("{\\footnote\\pard\\plain{\\super\\chftn} Note text.}"));
+}
+
+void RtfWordProcessorTest::oldStyleNumbering()
+{
+    struct Case
+    {
+        QByteArray rtf;
+        QTextListFormat::Style style;
+        QStringList markers; // the item texts of "A" and "B"
+    };
+    const QByteArray listTable =
+        "{\\*\\listtable{\\list\\listid7{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}}}"
+        "{\\*\\listoverridetable{\\listoverride\\listid7\\ls1}}";
+    const Case cases[] = {
+        // \ls with no list table: the \pn group is the list.
+        {"{\\rtf1\\ansi\\pard{\\*\\pn\\pnlvlblt{\\pntxtb \\'b7}}\\ls1 A\\par B\\par}",
+         QTextListFormat::ListDisc,
+         {}},
+        {"{\\rtf1\\ansi\\pard\\ls2{\\*\\pn\\pnlvlbody\\pnlcltr{\\pntxtb (}{\\pntxta )}} A\\par "
+         "B\\par\\pard C\\par}",
+         QTextListFormat::ListLowerAlpha,
+         {QStringLiteral("(a)"), QStringLiteral("(b)")}},
+        {"{\\rtf1\\ansi\\pard{\\*\\pn\\pnlvlbody\\pnucrm{\\pntxta .}} A\\par B\\par}",
+         QTextListFormat::ListUpperRoman,
+         {QStringLiteral("I."), QStringLiteral("II.")}},
+        {"{\\rtf1\\ansi\\pard{\\*\\pn\\pnlvlbody\\pndec{\\pntxta ]}}\\ls3 A\\par B\\par}",
+         QTextListFormat::ListDecimal,
+         {QStringLiteral("1]"), QStringLiteral("2]")}},
+        // A list table behind \ls has the last word.
+        {"{\\rtf1\\ansi" + listTable + "\\pard{\\*\\pn\\pnlvlblt{\\pntxtb o}}\\ls1 A\\par B\\par}",
+         QTextListFormat::ListDecimal,
+         {QStringLiteral("1."), QStringLiteral("2.")}},
+    };
+    for (const Case& c : cases) {
+        for (const auto& doc : readAndRoundTrip(c.rtf)) {
+            const QTextDocument& d = *doc->document;
+            const QTextBlock a = blockWith(d, QStringLiteral("A"));
+            const QTextBlock b = blockWith(d, QStringLiteral("B"));
+            QVERIFY2(a.textList() && a.textList() == b.textList(), c.rtf.constData());
+            QCOMPARE(a.textList()->format().style(), c.style);
+            if (!c.markers.isEmpty()) {
+                QCOMPARE((QStringList{a.textList()->itemText(a), b.textList()->itemText(b)}),
+                         c.markers);
+            }
+            const QTextBlock after = blockWith(d, QStringLiteral("C"));
+            QVERIFY(!after.isValid() || !after.textList());
+        }
+    }
 }
 
 QTEST_MAIN(RtfWordProcessorTest)
