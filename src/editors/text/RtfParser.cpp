@@ -379,9 +379,11 @@ void RtfParser::flush()
 void RtfParser::endParagraph()
 {
     flush();
-    m_builder.endParagraph(m_formats.paragraph(top().para), m_formats.charFormat(top().chr),
-                           top().para.inTable);
+    RtfParagraph paragraph = m_formats.paragraph(top().para);
+    paragraph.listMarker = m_paragraphHasMarker;
+    m_builder.endParagraph(paragraph, m_formats.charFormat(top().chr), top().para.inTable);
     m_paragraphHasContent = false;
+    m_paragraphHasMarker = false;
 }
 
 void RtfParser::insertPicture()
@@ -567,10 +569,13 @@ void RtfParser::destinationWord(const RtfWord& word)
     case RtfKeyword::StyleSheet:
         setDestination(RtfDestination::StyleSheet);
         break;
-    case RtfKeyword::Info:
-    case RtfKeyword::SkipDestination:
     case RtfKeyword::PnText:
     case RtfKeyword::ListText:
+        m_paragraphHasMarker = true;
+        setDestination(RtfDestination::Skip);
+        break;
+    case RtfKeyword::Info:
+    case RtfKeyword::SkipDestination:
     case RtfKeyword::NonShpPict:
     case RtfKeyword::LevelNumbers:
     case RtfKeyword::ListName:
@@ -677,8 +682,13 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         break;
     case RtfKeyword::Cell:
         flush();
-        m_builder.endCell(m_formats.paragraph(group.para), m_formats.charFormat(group.chr));
+        {
+            RtfParagraph paragraph = m_formats.paragraph(group.para);
+            paragraph.listMarker = m_paragraphHasMarker;
+            m_builder.endCell(paragraph, m_formats.charFormat(group.chr));
+        }
         m_paragraphHasContent = false;
+        m_paragraphHasMarker = false;
         break;
     case RtfKeyword::Row:
         flush();

@@ -106,6 +106,7 @@ private:
     RtfCharState m_pendingState;
     bool m_pendingInTable = false;
     bool m_paragraphHasContent = false;
+    bool m_paragraphHasMarker = false; // {\listtext ..} or {\pntext ..} since the last \par
 };
 
 } // namespace kestrum::text

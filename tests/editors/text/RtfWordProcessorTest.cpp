@@ -77,6 +77,7 @@ class RtfWordProcessorTest : public QObject
 private slots:
     void footnotes();
     void oldStyleNumbering();
+    void listItemOfSeveralParagraphs();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -162,6 +163,51 @@ void RtfWordProcessorTest::oldStyleNumbering()
             const QTextBlock after = blockWith(d, QStringLiteral("C"));
             QVERIFY(!after.isValid() || !after.textList());
         }
+    }
+}
+
+void RtfWordProcessorTest::listItemOfSeveralParagraphs()
+{
+    const QByteArray header =
+        "{\\rtf1\\ansi{\\*\\listtable{\\list\\listid1{\\listlevel\\levelnfc0{\\leveltext"
+        "\\'02\\'00.;}}}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}";
+    // Items carry their numbers as text; the paragraph without one continues item 1.
+    const QByteArray marked = header +
+                              "\\pard\\ls1\\li720{\\listtext 1.\\tab}One\\par\\pard\\ls1\\li720 "
+                              "more of one\\par\\pard\\ls1\\li720 and more\\par\\pard\\ls1\\li720"
+                              "{\\listtext 2.\\tab}Two\\par\\pard After\\par}";
+    for (const auto& doc : readAndRoundTrip(marked)) {
+        const QTextDocument& d = *doc->document;
+        const QTextBlock one = blockWith(d, QStringLiteral("One"));
+        const QTextBlock two = blockWith(d, QStringLiteral("Two"));
+        QVERIFY(one.textList() && one.textList() == two.textList());
+        QCOMPARE(two.textList()->itemText(two), QStringLiteral("2."));
+        for (const QString& text : {QStringLiteral("more of one"), QStringLiteral("and more")}) {
+            const QTextBlock more = blockWith(d, text);
+            QVERIFY2(!more.textList(), qPrintable(text));
+            // Lined up with the item's text: \li720 is 48 pixels.
+            QCOMPARE(more.blockFormat().leftMargin(), 48.0);
+        }
+        QVERIFY(!blockWith(d, QStringLiteral("After")).textList());
+    }
+    // A file that never writes the markers: every paragraph of the list is an item.
+    const auto plain = readAndRoundTrip(
+        header + "\\pard\\ls1 One\\par\\pard\\ls1 Two\\par\\pard\\ls1 Three\\par}");
+    for (const auto& doc : plain) {
+        const QTextBlock three = blockWith(*doc->document, QStringLiteral("Three"));
+        QVERIFY(three.textList());
+        QCOMPARE(three.textList()->itemText(three), QStringLiteral("3."));
+    }
+    // Old-style numbering: {\\pntext} marks the items.
+    const auto pn = readAndRoundTrip(
+        "{\\rtf1\\ansi\\pard{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}\\ls1 A"
+        "\\par B cont\\par{\\pntext 2.\\tab}C\\par}");
+    for (const auto& doc : pn) {
+        const QTextDocument& d = *doc->document;
+        const QTextBlock c = blockWith(d, QStringLiteral("C"));
+        QVERIFY(!blockWith(d, QStringLiteral("B cont")).textList());
+        QVERIFY(c.textList() && c.textList() == blockWith(d, QStringLiteral("A")).textList());
+        QCOMPARE(c.textList()->itemText(c), QStringLiteral("2."));
     }
 }
 
