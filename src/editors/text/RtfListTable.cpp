@@ -1,5 +1,7 @@
 #include "RtfListTable.h"
 
+#include "editors/text/ListNumbering.h"
+
 #include <QTextListFormat>
 
 #include <algorithm>
@@ -81,6 +83,13 @@ void RtfListTable::setLevelFormat(int format)
     }
 }
 
+void RtfListTable::setLevelStart(int start)
+{
+    if (!m_lists.empty() && !m_lists.back().levels.empty()) {
+        m_lists.back().levels.back().start = start;
+    }
+}
+
 void RtfListTable::setLevelText(const QString& text)
 {
     if (!m_lists.empty() && !m_lists.back().levels.empty()) {
@@ -129,6 +138,9 @@ void RtfListTable::legacyWord(const RtfWord& word)
         break;
     case RtfKeyword::PnLcLtr:
         m_pn.style = kFormatLowerLetter;
+        break;
+    case RtfKeyword::PnStart:
+        m_pn.start = word.parameter;
         break;
     default:
         break;
@@ -181,6 +193,7 @@ bool RtfListTable::listFormat(const RtfParaState& state, RtfParagraph& out) cons
         list.setStyle(bulletStyle(text));
     } else {
         list.setStyle(numberingStyle(levelDef.format));
+        ListNumbering::setStart(list, levelDef.start);
         qsizetype first = -1;
         qsizetype last = -1;
         for (qsizetype i = 0; i < text.size(); ++i) {
@@ -212,13 +225,15 @@ bool RtfListTable::legacyFormat(const RtfParaState& state, RtfParagraph& out) co
         list.setStyle(bulletStyle(legacy.before));
     } else {
         list.setStyle(numberingStyle(legacy.style));
+        ListNumbering::setStart(list, legacy.start);
         list.setNumberPrefix(legacy.before);
         list.setNumberSuffix(legacy.after);
     }
     out.list = list;
-    out.listKey = QStringLiteral("pn:%1:%2:%3:%4")
+    out.listKey = QStringLiteral("pn:%1:%2:%3:%4:%5")
                       .arg(legacy.bullet ? -1 : legacy.style)
                       .arg(list.indent())
+                      .arg(legacy.start)
                       .arg(legacy.before, legacy.after);
     out.listContinuesOnlyAdjacent = true;
     return true;

@@ -779,6 +779,11 @@ void RtfParser::listWord(const RtfWord& word)
             m_lists.setLevelFormat(word.parameter);
         }
         break;
+    case RtfKeyword::LevelStartAt:
+        if (dest == RtfDestination::ListTable) {
+            m_lists.setLevelStart(word.parameter);
+        }
+        break;
     default:
         m_lists.legacyWord(word);
         break;

@@ -1,6 +1,7 @@
 #include "RtfWriter.h"
 
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/RtfFootnoteWriter.h"
 #include "editors/text/RtfListTableWriter.h"
 #include "editors/text/RtfPictureWriter.h"
@@ -548,7 +549,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
             marker = QChar(0x25AA);
             break;
         default:
-            marker = list->itemText(block);
+            marker = ListNumbering::itemText(block);
             break;
         }
         m_rtf.words("{\\listtext\\pard\\plain");

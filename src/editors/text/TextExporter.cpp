@@ -2,6 +2,7 @@
 
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/RtfWriter.h"
 #include "editors/text/TextProperties.h"
 
@@ -61,6 +62,40 @@ std::vector<QTextImageFormat> pictureFormats(const QTextDocument& document)
     return out;
 }
 
+// The HTML of a document opens each list (<ol> or <ul>) at its first item, in the order of
+// the blocks: lists that start elsewhere than 1 get their start attribute.
+void addListStarts(const QTextDocument& document, QString& html)
+{
+    std::vector<int> starts;
+    bool any = false;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextList* list = block.textList();
+        if (list && list->itemNumber(block) == 0) {
+            starts.push_back(ListNumbering::start(list->format()));
+            any = any || starts.back() != 1;
+        }
+    }
+    if (!any) {
+        return;
+    }
+    static const QRegularExpression open(QStringLiteral("<(ol|ul)\\b"));
+    QString out;
+    qsizetype last = 0;
+    std::size_t index = 0;
+    auto it = open.globalMatch(html);
+    while (it.hasNext() && index < starts.size()) {
+        const QRegularExpressionMatch m = it.next();
+        out += QStringView(html).mid(last, m.capturedEnd() - last);
+        last = m.capturedEnd();
+        if (starts[index] != 1) {
+            out += QStringLiteral(" start=\"%1\"").arg(starts[index]);
+        }
+        ++index;
+    }
+    out += QStringView(html).mid(last);
+    html = out;
+}
+
 QString plainBlockText(const QTextBlock& block)
 {
     QString text = block.text();
@@ -77,7 +112,7 @@ QString plainBlockText(const QTextBlock& block)
             marker = QChar(0x25E6);
             break;
         default:
-            marker = list->itemText(block);
+            marker = ListNumbering::itemText(block);
             break;
         }
         text.prepend(marker + QLatin1Char(' '));
@@ -172,6 +207,7 @@ QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportO
 {
     const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
     QString html = copy->toHtml();
+    addListStarts(*copy, html);
 
     // Pictures: files beside the document or data URLs.
     QHash<QString, QString> sources;

@@ -28,6 +28,8 @@ constexpr int FootnoteReference = QTextFormat::UserProperty + 20;
 // On a note's paragraph at the end of the document: its number. The paragraph's text is the
 // number, a space and the note.
 constexpr int FootnoteNumber = QTextFormat::UserProperty + 21;
+// On a list: the number of its first item when that is not 1 (see ListNumbering).
+constexpr int ListStart = QTextFormat::UserProperty + 22;
 } // namespace TextProperty
 
 namespace BorderSide {

@@ -3,8 +3,10 @@
 // read, written and read again.
 
 #include "editors/text/ColourTable.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/RtfReader.h"
 #include "editors/text/RtfWriter.h"
+#include "editors/text/TextExporter.h"
 #include "editors/text/TextProperties.h"
 
 #include <QTextBlock>
@@ -78,6 +80,7 @@ private slots:
     void footnotes();
     void oldStyleNumbering();
     void listItemOfSeveralParagraphs();
+    void listStartNumbers();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -209,6 +212,51 @@ void RtfWordProcessorTest::listItemOfSeveralParagraphs()
         QVERIFY(c.textList() && c.textList() == blockWith(d, QStringLiteral("A")).textList());
         QCOMPARE(c.textList()->itemText(c), QStringLiteral("2."));
     }
+}
+
+void RtfWordProcessorTest::listStartNumbers()
+{
+    const QByteArray rtf =
+        "{\\rtf1\\ansi{\\*\\listtable{\\list\\listid1{\\listlevel\\levelnfc0\\levelstartat7"
+        "{\\leveltext\\'02\\'00.;}}}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}"
+        "\\pard\\ls1 A\\par B\\par\\pard Between\\par"
+        "\\pard{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart5{\\pntxta )}}C\\par D\\par"
+        "\\pard{\\*\\pn\\pnlvlbody\\pnlcltr\\pnstart27{\\pntxta .}}E\\par}";
+    const auto docs = readAndRoundTrip(rtf);
+    for (const auto& doc : docs) {
+        const QTextDocument& d = *doc->document;
+        QStringList markers;
+        for (const char* text : {"A", "B", "C", "D", "E"}) {
+            markers << ListNumbering::itemText(blockWith(d, QLatin1String(text)));
+        }
+        QCOMPARE(markers,
+                 (QStringList{QStringLiteral("7."), QStringLiteral("8."), QStringLiteral("V)"),
+                              QStringLiteral("VI)"), QStringLiteral("aa.")}));
+        QCOMPARE(TextExporter::toPlainText(d),
+                 QStringLiteral("7. A\n8. B\nBetween\nV) C\nVI) D\naa. E\n"));
+        const QString html = QString::fromUtf8(TextExporter::toHtml(d, HtmlExportOptions()));
+        QVERIFY(html.contains(QLatin1String("<ol start=\"7\"")));
+        QVERIFY(html.contains(QLatin1String("<ol start=\"5\"")));
+        QVERIFY(html.contains(QLatin1String("<ol start=\"27\"")));
+    }
+    const QByteArray written = write(*docs.front());
+    QVERIFY(written.contains("\\levelstartat7"));
+    QVERIFY(written.contains("\\levelstartat5"));
+    QVERIFY(written.contains("{\\listtext\\pard\\plain\\f0\\fs24 VI)\\tab}"));
+    // Lists that start at 1 carry no start of their own.
+    const auto plain = read("{\\rtf1\\ansi\\pard{\\*\\pn\\pnlvlbody\\pndec\\pnstart1}A\\par}");
+    const QTextBlock a = blockWith(*plain->document, QStringLiteral("A"));
+    QVERIFY(a.textList());
+    QVERIFY(!a.textList()->format().hasProperty(TextProperty::ListStart));
+
+    // Numbers in each style, past the alphabet and into long roman numerals.
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListLowerAlpha, 26), QStringLiteral("z"));
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListUpperAlpha, 28), QStringLiteral("AB"));
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListUpperRoman, 1994),
+             QStringLiteral("MCMXCIV"));
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListLowerRoman, 4), QStringLiteral("iv"));
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListLowerRoman, 0), QStringLiteral("0"));
+    QCOMPARE(ListNumbering::numberText(QTextListFormat::ListDecimal, 0), QStringLiteral("0"));
 }
 
 QTEST_MAIN(RtfWordProcessorTest)
