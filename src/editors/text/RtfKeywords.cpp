@@ -164,6 +164,7 @@ constexpr Row kWords[] = {
     {"nestcell", RtfKeyword::NestCell, RtfWordGroup::Character},
     {"nestrow", RtfKeyword::NestRow, RtfWordGroup::Character},
     {"nesttableprops", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
+    {"nonesttables", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nonshppict", RtfKeyword::NonShpPict, RtfWordGroup::Destination},
     {"nosupersub", RtfKeyword::NoSuperSub, RtfWordGroup::CharacterFormat},
     {"objclass", RtfKeyword::SkipDestination, RtfWordGroup::Destination},

@@ -81,6 +81,7 @@ private slots:
     void oldStyleNumbering();
     void listItemOfSeveralParagraphs();
     void listStartNumbers();
+    void nestedTableFallbackIsSkipped();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -257,6 +258,27 @@ void RtfWordProcessorTest::listStartNumbers()
     QCOMPARE(ListNumbering::numberText(QTextListFormat::ListLowerRoman, 4), QStringLiteral("iv"));
     QCOMPARE(ListNumbering::numberText(QTextListFormat::ListLowerRoman, 0), QStringLiteral("0"));
     QCOMPARE(ListNumbering::numberText(QTextListFormat::ListDecimal, 0), QStringLiteral("0"));
+}
+
+void RtfWordProcessorTest::nestedTableFallbackIsSkipped()
+{
+    const QByteArray rtf =
+        "{\\rtf1\\ansi\\trowd\\cellx5000\\pard\\intbl\\itap2 X\\nestcell{\\*\\nesttableprops"
+        "\\trowd\\cellx4000\\nestrow}{\\nonesttables FALLBACK\\par}\\pard\\intbl\\itap1 Y\\cell"
+        "\\row\\pard After\\par}";
+    for (const auto& doc : readAndRoundTrip(rtf)) {
+        const QTextDocument& d = *doc->document;
+        QVERIFY(!d.toPlainText().contains(QLatin1String("FALLBACK")));
+        const QTextBlock x = blockWith(d, QStringLiteral("X"));
+        QTextCursor at(x);
+        const QTextTable* table = at.currentTable();
+        QVERIFY(table);
+        QCOMPARE(table->rows(), 1);
+        QCOMPARE(table->columns(), 1);
+        QCOMPARE(table->cellAt(at).row(), 0);
+        QCOMPARE(QTextCursor(blockWith(d, QStringLiteral("Y"))).currentTable(), table);
+        QVERIFY(!QTextCursor(blockWith(d, QStringLiteral("After"))).currentTable());
+    }
 }
 
 QTEST_MAIN(RtfWordProcessorTest)
