@@ -20,11 +20,16 @@
 #include <QTextTable>
 #include <QUrl>
 
+#include <algorithm>
 #include <set>
 
 namespace kestrum::text {
 
 namespace {
+
+// Plain text: the spaces of one list level, and the deepest level indented.
+constexpr int kPlainListIndent = 4;
+constexpr int kMaxPlainListLevels = 9;
 
 bool saveBytes(const QString& fileName, const QByteArray& bytes, QString* error)
 {
@@ -105,8 +110,10 @@ QString plainBlockText(const QTextBlock& block)
         QString marker;
         switch (list->format().style()) {
         case QTextListFormat::ListDisc:
-        case QTextListFormat::ListSquare:
             marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x25AA);
             break;
         case QTextListFormat::ListCircle:
             marker = QChar(0x25E6);
@@ -115,7 +122,10 @@ QString plainBlockText(const QTextBlock& block)
             marker = ListNumbering::itemText(block);
             break;
         }
-        text.prepend(marker + QLatin1Char(' '));
+        // Each level below the first is indented by four spaces more.
+        const int level = std::clamp(list->format().indent(), 1, kMaxPlainListLevels) - 1;
+        text.prepend(QString(level * kPlainListIndent, QLatin1Char(' ')) + marker +
+                     QLatin1Char(' '));
     }
     return text;
 }

@@ -82,6 +82,7 @@ private slots:
     void listItemOfSeveralParagraphs();
     void listStartNumbers();
     void nestedTableFallbackIsSkipped();
+    void plainTextKeepsListLevels();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -278,6 +279,22 @@ void RtfWordProcessorTest::nestedTableFallbackIsSkipped()
         QCOMPARE(table->cellAt(at).row(), 0);
         QCOMPARE(QTextCursor(blockWith(d, QStringLiteral("Y"))).currentTable(), table);
         QVERIFY(!QTextCursor(blockWith(d, QStringLiteral("After"))).currentTable());
+    }
+}
+
+void RtfWordProcessorTest::plainTextKeepsListLevels()
+{
+    const QByteArray rtf =
+        "{\\rtf1\\ansi{\\*\\listtable{\\list\\listid1{\\listlevel\\levelnfc0{\\leveltext"
+        "\\'02\\'00.;}}{\\listlevel\\levelnfc4{\\leveltext\\'02\\'01);}}{\\listlevel\\levelnfc23"
+        "{\\leveltext\\'01\\u9642 ?;}}{\\listlevel\\levelnfc23{\\leveltext\\'01o;}}}}"
+        "{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\pard\\ls1 A\\par\\pard\\ls1"
+        "\\ilvl1 B\\par C\\par\\pard\\ls1\\ilvl2 D\\par\\pard\\ls1\\ilvl3 E\\par\\pard\\ls1 F"
+        "\\par\\pard G\\par}";
+    for (const auto& doc : readAndRoundTrip(rtf)) {
+        QCOMPARE(TextExporter::toPlainText(*doc->document),
+                 QStringLiteral("1. A\n    a) B\n    b) C\n        \u25AA D\n"
+                                "            \u25E6 E\n2. F\nG\n"));
     }
 }
 
