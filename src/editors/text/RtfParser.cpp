@@ -113,6 +113,7 @@ RtfReadResult RtfParser::run()
 void RtfParser::groupStart()
 {
     m_skip = 0;
+    m_leadByte = -1;
     if (int(depth()) >= m_options.maxGroupDepth) {
         ++m_overflow;
         return;
@@ -129,6 +130,7 @@ void RtfParser::groupStart()
 void RtfParser::groupEnd()
 {
     m_skip = 0;
+    m_leadByte = -1;
     m_groupJustOpened = false;
     m_starred = false;
     if (m_overflow > 0) {
@@ -274,6 +276,13 @@ void RtfParser::text(QByteArrayView bytes)
             return;
         }
     }
+    const RtfCodePage& page = codePage();
+    if (page.isMultiByte()) {
+        for (const char byte : bytes) {
+            multiByte(quint8(byte), page); // lead and trail bytes may be written as they are
+        }
+        return;
+    }
     if (dest == RtfDestination::Normal) {
         if (!m_pending.isEmpty() &&
             (!(m_pendingState == top().chr) || m_pendingInTable != top().para.inTable)) {
@@ -302,7 +311,22 @@ void RtfParser::hexByte(quint8 value)
         m_picture.addBytes(QByteArrayView(&c, 1));
         return;
     }
-    character(codePage().decode(value));
+    multiByte(value, codePage());
+}
+
+void RtfParser::multiByte(quint8 value, const RtfCodePage& page)
+{
+    if (m_leadByte >= 0) {
+        const quint8 lead = quint8(m_leadByte);
+        m_leadByte = -1;
+        for (const QChar c : page.decodePair(lead, value)) {
+            character(c);
+        }
+    } else if (page.isLeadByte(value)) {
+        m_leadByte = value;
+    } else {
+        character(page.decode(value));
+    }
 }
 
 void RtfParser::character(QChar c)
@@ -446,6 +470,7 @@ void RtfParser::controlWord(const RtfToken& token)
     if (m_stack.empty()) {
         return;
     }
+    m_leadByte = -1; // a lead byte's trail byte follows it at once
     const RtfKeywordEntry entry = RtfKeywords::find(token.word);
     const RtfWord word{entry.keyword, token.parameter, token.hasParameter};
     if (m_starred && !RtfKeywords::readsStarred(word.keyword)) {

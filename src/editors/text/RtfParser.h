@@ -55,6 +55,7 @@ private:
     void text(QByteArrayView bytes);
     void hexByte(quint8 value);
     void character(QChar c);
+    void multiByte(quint8 value, const RtfCodePage& page);
     void destinationText(QStringView text);
     void commitFont();
     void commitStyle();
@@ -91,6 +92,7 @@ private:
     bool m_groupJustOpened = false;
     int m_skip = 0;
     int m_ansiCodePage;
+    int m_leadByte = -1; // the first byte of a two-byte character, waiting for its second
 
     RtfFontTable m_fontTable;
     RtfFileColours m_fileColours;

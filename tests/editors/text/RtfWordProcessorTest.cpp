@@ -83,6 +83,8 @@ private slots:
     void listStartNumbers();
     void nestedTableFallbackIsSkipped();
     void plainTextKeepsListLevels();
+    void multiByteCodePages_data();
+    void multiByteCodePages();
 };
 
 void RtfWordProcessorTest::footnotes()
@@ -295,6 +297,42 @@ void RtfWordProcessorTest::plainTextKeepsListLevels()
         QCOMPARE(TextExporter::toPlainText(*doc->document),
                  QStringLiteral("1. A\n    a) B\n    b) C\n        \u25AA D\n"
                                 "            \u25E6 E\n2. F\nG\n"));
+    }
+}
+
+void RtfWordProcessorTest::multiByteCodePages_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::addColumn<QString>("text");
+    // Pairs escaped, a trail byte written as it is, a single-byte half-width katakana.
+    QTest::newRow("932") << QByteArray("{\\rtf1\\ansi\\ansicpg932 \\'82\\'a0\\'83e\\'b1!\\par}")
+                         << QStringLiteral("\u3042\u30C6\uFF71!");
+    QTest::newRow("936") << QByteArray("{\\rtf1\\ansi\\ansicpg936 \\'d6\\'d0\\'ce\\'c4\\par}")
+                         << QStringLiteral("\u4E2D\u6587");
+    QTest::newRow("949") << QByteArray("{\\rtf1\\ansi\\ansicpg949 \\'c7\\'d1\\'b1\\'db\\par}")
+                         << QStringLiteral("\uD55C\uAE00");
+    QTest::newRow("950") << QByteArray("{\\rtf1\\ansi\\ansicpg950 \\'a4\\'a4\\'a4\\'e5\\par}")
+                         << QStringLiteral("\u4E2D\u6587");
+    // The font's character set chooses the code page of its text.
+    QTest::newRow("fcharset")
+        << QByteArray(
+               "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0\\fcharset0 Arial;}{\\f1\\fcharset128 "
+               "Mincho;}{\\f2\\fcharset134 SimSun;}{\\f3\\fcharset129 Gulim;}{\\f4\\fcharset136 "
+               "Ming;}}\\f0 caf\\'e9 {\\f1 \\'82\\'a0}{\\f2 \\'d6\\'d0}{\\f3 \\'c7\\'d1}{\\f4 "
+               "\\'a4\\'a4} \\'e9\\par}")
+        << QStringLiteral("caf\u00E9 \u3042\u4E2D\uD55C\u4E2D \u00E9");
+    // A lead byte cut off by a group's end or a control word stands for nothing.
+    QTest::newRow("cut lead byte")
+        << QByteArray("{\\rtf1\\ansi\\ansicpg932 a{\\'82}b\\'82\\tab c\\'82\\par}")
+        << QStringLiteral("ab\tc");
+}
+
+void RtfWordProcessorTest::multiByteCodePages()
+{
+    QFETCH(QByteArray, rtf);
+    QFETCH(QString, text);
+    for (const auto& doc : readAndRoundTrip(rtf)) {
+        QCOMPARE(doc->document->toPlainText(), text);
     }
 }
 
