@@ -2,6 +2,23 @@
 
 namespace kestrum::text {
 
+RtfFootnotes::NoteWord RtfFootnotes::noteWord(RtfKeyword keyword)
+{
+    switch (keyword) {
+    case RtfKeyword::Par:
+    case RtfKeyword::Sect:
+        return NoteWord::Break;
+    case RtfKeyword::Chftn: // the note's own number: written again with the note
+    case RtfKeyword::Cell:
+    case RtfKeyword::Row:
+    case RtfKeyword::NestRow:
+    case RtfKeyword::Page:
+        return NoteWord::Ignored;
+    default:
+        return NoteWord::Text;
+    }
+}
+
 int RtfFootnotes::addReference()
 {
     if (m_notes.size() >= std::size_t(kMaxNotes)) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editors/text/RtfKeywords.h"
+
 #include <QString>
 
 #include <vector>
@@ -13,6 +15,17 @@ class RtfFootnotes
 {
 public:
     static constexpr int kMaxNotes = 4096;
+
+    // What a character word does inside a note: ends one of its paragraphs (a line of the
+    // note), does nothing there (its own number, cells, rows, page breaks), or what it does in
+    // the text (characters, \u).
+    enum class NoteWord
+    {
+        Break,
+        Ignored,
+        Text
+    };
+    static NoteWord noteWord(RtfKeyword keyword);
 
     // A \chftn in the text: the number of its reference, 0 when the reader holds too many.
     int addReference();

@@ -1,6 +1,7 @@
 #include "RtfParser.h"
 
 #include "editors/text/RtfCodePage.h"
+#include "editors/text/RtfPageWords.h"
 #include "editors/text/TextProperties.h"
 
 #include <QTextDocument>
@@ -432,12 +433,6 @@ void RtfParser::insertFootnoteReference(int number)
     m_paragraphHasContent = true;
 }
 
-void RtfParser::setPageValue(int& field, int value)
-{
-    field = value;
-    m_result.hasPageLayout = true;
-}
-
 // ---- control words -----------------------------------------------------------------------------
 
 void RtfParser::controlSymbol(char symbol)
@@ -533,7 +528,6 @@ void RtfParser::controlWord(const RtfToken& token)
 void RtfParser::documentWord(const RtfWord& word)
 {
     const int p = word.parameter;
-    PageLayout& page = m_result.pageLayout;
     switch (word.keyword) {
     case RtfKeyword::Mac:
         m_ansiCodePage = kCodePageMac;
@@ -552,32 +546,12 @@ void RtfParser::documentWord(const RtfWord& word)
     case RtfKeyword::Deff:
         m_fontTable.setDefaultFont(p);
         break;
-    case RtfKeyword::PaperW:
-    case RtfKeyword::PgWsxn:
-        setPageValue(page.paperWidth, p);
-        break;
-    case RtfKeyword::PaperH:
-    case RtfKeyword::PgHsxn:
-        setPageValue(page.paperHeight, p);
-        break;
-    case RtfKeyword::MargL:
-    case RtfKeyword::MargLsxn:
-        setPageValue(page.marginLeft, p);
-        break;
-    case RtfKeyword::MargR:
-    case RtfKeyword::MargRsxn:
-        setPageValue(page.marginRight, p);
-        break;
-    case RtfKeyword::MargT:
-    case RtfKeyword::MargTsxn:
-        setPageValue(page.marginTop, p);
-        break;
-    case RtfKeyword::MargB:
-    case RtfKeyword::MargBsxn:
-        setPageValue(page.marginBottom, p);
-        break;
     default:
-        break; // \rtf, \ansi; \landscape (the paper size says it)
+        if (int* field = RtfPageWords::field(word.keyword, m_result.pageLayout)) {
+            *field = p;
+            m_result.hasPageLayout = true;
+        }
+        break; // \rtf, \ansi
     }
 }
 
@@ -682,8 +656,14 @@ void RtfParser::destinationWord(const RtfWord& word)
 void RtfParser::specialCharacterWord(const RtfWord& word)
 {
     RtfGroupState& group = top();
-    if (group.dest == RtfDestination::Footnote && footnoteWord(word)) {
-        return;
+    if (group.dest == RtfDestination::Footnote) {
+        const RtfFootnotes::NoteWord kind = RtfFootnotes::noteWord(word.keyword);
+        if (kind == RtfFootnotes::NoteWord::Break) {
+            destinationText(u"\n");
+        }
+        if (kind != RtfFootnotes::NoteWord::Text) {
+            return;
+        }
     }
     switch (word.keyword) {
     case RtfKeyword::Chftn:
@@ -739,24 +719,6 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
             character(c);
         }
         break;
-    }
-}
-
-bool RtfParser::footnoteWord(const RtfWord& word)
-{
-    switch (word.keyword) {
-    case RtfKeyword::Par:
-    case RtfKeyword::Sect:
-        destinationText(u"\n");
-        return true;
-    case RtfKeyword::Chftn: // the note's own number: written again with the note
-    case RtfKeyword::Cell:
-    case RtfKeyword::Row:
-    case RtfKeyword::NestRow:
-    case RtfKeyword::Page:
-        return true;
-    default:
-        return false; // characters and \u as in the text
     }
 }
 

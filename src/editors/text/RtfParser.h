@@ -65,7 +65,6 @@ private:
     void documentWord(const RtfWord& word);
     void destinationWord(const RtfWord& word);
     void specialCharacterWord(const RtfWord& word);
-    bool footnoteWord(const RtfWord& word);
     void fontColourWord(const RtfWord& word);
     void listWord(const RtfWord& word);
     void pictureWord(const RtfWord& word);
@@ -75,7 +74,6 @@ private:
     void endParagraph();
     void insertPicture();
     void insertFootnoteReference(int number);
-    void setPageValue(int& field, int value);
 
     RtfTokenizer m_tokens;
     QTextDocument* m_document;
