@@ -173,9 +173,15 @@ bool RtfCodePage::isLeadByte(quint8 byte) const
 
 QString RtfCodePage::decodePair(quint8 lead, quint8 trail) const
 {
-    QStringDecoder decoder(m_multiByteName.constData());
-    const char bytes[2] = {char(lead), char(trail)};
-    return decoder.decode(QByteArrayView(bytes, 2));
+    const quint16 key = quint16((lead << 8) | trail);
+    QMutexLocker lock(&m_pairsMutex);
+    auto it = m_pairs.constFind(key);
+    if (it == m_pairs.cend()) {
+        QStringDecoder decoder(m_multiByteName.constData());
+        const char bytes[2] = {char(lead), char(trail)};
+        it = m_pairs.insert(key, decoder.decode(QByteArrayView(bytes, 2)));
+    }
+    return it.value();
 }
 
 void RtfCodePage::append(QByteArrayView bytes, QString& out) const

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QHash>
+#include <QMutex>
 #include <QString>
 
 #include <array>
@@ -28,7 +30,7 @@ public:
     bool isMultiByte() const { return !m_multiByteName.isEmpty(); }
     // A byte that starts a two-byte character (false on single-byte pages).
     bool isLeadByte(quint8 byte) const;
-    // The character of a lead byte and its trail byte.
+    // The character of a lead byte and its trail byte (decoded once, then remembered).
     QString decodePair(quint8 lead, quint8 trail) const;
 
 private:
@@ -36,6 +38,8 @@ private:
 
     int m_codePage;
     QByteArray m_multiByteName; // the decoder's name on double-byte pages
+    mutable QMutex m_pairsMutex;
+    mutable QHash<quint16, QString> m_pairs;
     std::array<char16_t, 256> m_table{};
 };
 
