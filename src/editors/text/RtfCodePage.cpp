@@ -10,8 +10,33 @@ namespace kestrum::text {
 
 namespace {
 
+// The double-byte code pages and the names of their decoders.
+constexpr int kCodePageJapanese = 932;
+constexpr int kCodePageSimplifiedChinese = 936;
+constexpr int kCodePageKorean = 949;
+constexpr int kCodePageTraditionalChinese = 950;
+
+QByteArray multiByteName(int codePage)
+{
+    switch (codePage) {
+    case kCodePageJapanese:
+        return "Shift_JIS";
+    case kCodePageSimplifiedChinese:
+        return "GBK";
+    case kCodePageKorean:
+        return "windows-949";
+    case kCodePageTraditionalChinese:
+        return "Big5";
+    default:
+        return {};
+    }
+}
+
 QByteArray encodingName(int codePage)
 {
+    if (const QByteArray name = multiByteName(codePage); !name.isEmpty()) {
+        return name;
+    }
     if (codePage == 874 || (codePage >= 1250 && codePage <= 1258)) {
         return "windows-" + QByteArray::number(codePage);
     }
@@ -70,6 +95,8 @@ RtfCodePage::RtfCodePage(int codePage) : m_codePage(codePage)
     if (!probe.isValid()) {
         name = "windows-1252";
         m_codePage = 1252;
+    } else if (name == multiByteName(codePage)) {
+        m_multiByteName = name;
     }
     for (int b = 0x80; b < 0x100; ++b) {
         QStringDecoder decoder(name.constData());
@@ -100,6 +127,14 @@ int RtfCodePage::forCharset(int charset)
         return kSymbol;
     case 77:
         return 10000;
+    case 128:
+        return kCodePageJapanese;
+    case 129:
+        return kCodePageKorean;
+    case 134:
+        return kCodePageSimplifiedChinese;
+    case 136:
+        return kCodePageTraditionalChinese;
     case 161:
         return 1253;
     case 162:
@@ -123,6 +158,30 @@ int RtfCodePage::forCharset(int charset)
     default:
         return 0;
     }
+}
+
+bool RtfCodePage::isLeadByte(quint8 byte) const
+{
+    if (!isMultiByte()) {
+        return false;
+    }
+    if (m_codePage == kCodePageJapanese) {
+        return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+    }
+    return byte >= 0x81 && byte <= 0xFE;
+}
+
+QString RtfCodePage::decodePair(quint8 lead, quint8 trail) const
+{
+    const quint16 key = quint16((lead << 8) | trail);
+    QMutexLocker lock(&m_pairsMutex);
+    auto it = m_pairs.constFind(key);
+    if (it == m_pairs.cend()) {
+        QStringDecoder decoder(m_multiByteName.constData());
+        const char bytes[2] = {char(lead), char(trail)};
+        it = m_pairs.insert(key, decoder.decode(QByteArrayView(bytes, 2)));
+    }
+    return it.value();
 }
 
 void RtfCodePage::append(QByteArrayView bytes, QString& out) const

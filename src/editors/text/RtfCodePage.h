@@ -1,15 +1,18 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QHash>
+#include <QMutex>
 #include <QString>
 
 #include <array>
 
 namespace kestrum::text {
 
-// A single-byte code page of RTF text (\ansicpgN, a font's \fcharsetN or \cpgN): a table from
-// bytes to characters, built once per code page. Unknown and multi-byte code pages read as
-// Windows-1252.
+// A code page of RTF text (\ansicpgN, a font's \fcharsetN or \cpgN): a table from bytes to
+// characters, built once per code page. The double-byte pages (932 Japanese, 936 Simplified
+// Chinese, 949 Korean, 950 Traditional Chinese) also decode pairs of a lead byte and a trail
+// byte. Unknown code pages read as Windows-1252.
 class RtfCodePage
 {
 public:
@@ -24,10 +27,19 @@ public:
     QChar decode(quint8 byte) const { return QChar(m_table[byte]); }
     void append(QByteArrayView bytes, QString& out) const;
 
+    bool isMultiByte() const { return !m_multiByteName.isEmpty(); }
+    // A byte that starts a two-byte character (false on single-byte pages).
+    bool isLeadByte(quint8 byte) const;
+    // The character of a lead byte and its trail byte (decoded once, then remembered).
+    QString decodePair(quint8 lead, quint8 trail) const;
+
 private:
     explicit RtfCodePage(int codePage);
 
     int m_codePage;
+    QByteArray m_multiByteName; // the decoder's name on double-byte pages
+    mutable QMutex m_pairsMutex;
+    mutable QHash<quint16, QString> m_pairs;
     std::array<char16_t, 256> m_table{};
 };
 

@@ -12,6 +12,11 @@
 namespace kestrum::text {
 
 namespace {
+// The indent of one list level, in twips (the document's 40-pixel indent width).
+constexpr int kListIndentTwips = 600;
+} // namespace
+
+namespace {
 
 constexpr int kMaxOpenBookmarks = 10000;
 constexpr int kDefaultCellWidth = 1440;
@@ -155,6 +160,32 @@ void RtfDocumentBuilder::finish(const RtfParagraph& last, const QTextCharFormat&
     applyBookmarks();
 }
 
+void RtfDocumentBuilder::appendNotes(const std::vector<QString>& notes)
+{
+    QTextCursor cursor(m_document);
+    cursor.movePosition(QTextCursor::End);
+    for (std::size_t i = 0; i < notes.size(); ++i) {
+        if (notes[i].isEmpty()) {
+            continue;
+        }
+        const int number = int(i) + 1;
+        QTextBlockFormat block;
+        block.setProperty(TextProperty::FootnoteNumber, number);
+        if (!cursor.block().text().isEmpty() || cursor.currentTable() ||
+            cursor.block().previous().isValid()) {
+            cursor.insertBlock(block, QTextCharFormat());
+        } else {
+            cursor.setBlockFormat(block);
+        }
+        QTextCharFormat mark;
+        mark.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
+        cursor.insertText(QString::number(number), mark);
+        QString text = notes[i];
+        text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+        cursor.insertText(QLatin1Char(' ') + text, QTextCharFormat());
+    }
+}
+
 void RtfDocumentBuilder::apply(const Op& op)
 {
     switch (op.kind) {
@@ -207,6 +238,19 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
     if (m_pendingPageBreak) {
         block.setPageBreakPolicy(block.pageBreakPolicy() | QTextFormat::PageBreak_AlwaysBefore);
         m_pendingPageBreak = false;
+    }
+    const QString& key = paragraph.listKey;
+    if (!key.isEmpty() && paragraph.listMarker) {
+        m_listsWithMarkers.insert(key);
+    } else if (!key.isEmpty() && key == m_previousListKey && m_listsWithMarkers.contains(key)) {
+        // A further paragraph of the item before: no marker of its own, the item's indent.
+        block.setLeftMargin(block.leftMargin() +
+                            twipsToPixels(paragraph.list.indent() * kListIndentTwips));
+        m_cursor.setBlockFormat(block);
+        if (!m_blockHasContent) {
+            m_cursor.setBlockCharFormat(mark);
+        }
+        return;
     }
     m_cursor.setBlockFormat(block);
     if (!m_blockHasContent) {

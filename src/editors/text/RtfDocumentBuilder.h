@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QHash>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
@@ -68,6 +69,9 @@ struct RtfParagraph
     QTextBlockFormat block;
     QString listKey; // paragraphs with the same key share a list; empty: not in a list
     bool listContinuesOnlyAdjacent = false; // old-style (\pn) lists restart after other text
+    // The paragraph carried its marker as text ({\listtext ..} or {\pntext ..}). Once a list's
+    // items do, a paragraph of the list without one continues the item before it.
+    bool listMarker = false;
     QTextListFormat list;
 };
 
@@ -94,6 +98,9 @@ public:
     void bookmarkEnd(const QString& name);
     // The end of the input: the last paragraph's format, open tables and bookmarks.
     void finish(const RtfParagraph& last, const QTextCharFormat& mark);
+    // After finish(): the footnotes as numbered paragraphs at the end (note 1 first; empty
+    // notes are left out).
+    void appendNotes(const std::vector<QString>& notes);
 
 private:
     struct Op
@@ -146,6 +153,7 @@ private:
     // The document deletes a list once its last paragraph has gone (e.g. joined into another).
     QHash<QString, QPointer<QTextList>> m_lists;
     QString m_previousListKey;
+    QSet<QString> m_listsWithMarkers;
 
     bool m_inTable = false;
     bool m_rowOpen = false;

@@ -215,8 +215,7 @@ void RtfFormatReader::paragraphWord(const RtfWord& word, RtfParaState& para)
         para.outlineLevel = p;
         break;
     case RtfKeyword::Ls:
-        para.listOverride = p;
-        para.legacyList = -1;
+        para.listOverride = p; // a \pn of the paragraph stands in when no list table has it
         break;
     case RtfKeyword::Ilvl:
         para.listLevel = p;

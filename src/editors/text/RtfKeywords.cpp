@@ -63,6 +63,7 @@ constexpr Row kWords[] = {
     {"cellx", RtfKeyword::CellX, RtfWordGroup::Table},
     {"cf", RtfKeyword::Cf, RtfWordGroup::CharacterFormat},
     {"chcbpat", RtfKeyword::ChCbPat, RtfWordGroup::CharacterFormat},
+    {"chftn", RtfKeyword::Chftn, RtfWordGroup::Character},
     {"clbrdrb", RtfKeyword::ClBrdrB, RtfWordGroup::Table},
     {"clbrdrl", RtfKeyword::ClBrdrL, RtfWordGroup::Table},
     {"clbrdrr", RtfKeyword::ClBrdrR, RtfWordGroup::Table},
@@ -108,7 +109,7 @@ constexpr Row kWords[] = {
     {"footerf", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"footerl", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"footerr", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
-    {"footnote", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
+    {"footnote", RtfKeyword::Footnote, RtfWordGroup::Destination},
     {"fs", RtfKeyword::Fs, RtfWordGroup::CharacterFormat},
     {"ftnsep", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"ftnsepc", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
@@ -163,6 +164,7 @@ constexpr Row kWords[] = {
     {"nestcell", RtfKeyword::NestCell, RtfWordGroup::Character},
     {"nestrow", RtfKeyword::NestRow, RtfWordGroup::Character},
     {"nesttableprops", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
+    {"nonesttables", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nonshppict", RtfKeyword::NonShpPict, RtfWordGroup::Destination},
     {"nosupersub", RtfKeyword::NoSuperSub, RtfWordGroup::CharacterFormat},
     {"objclass", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
@@ -315,6 +317,61 @@ RtfKeywordEntry RtfKeywords::find(QByteArrayView word)
         return {};
     }
     return {it->keyword, it->group};
+}
+
+bool RtfKeywords::readsStarred(RtfKeyword keyword)
+{
+    switch (keyword) {
+    case RtfKeyword::FldInst:
+    case RtfKeyword::BkmkStart:
+    case RtfKeyword::BkmkEnd:
+    case RtfKeyword::ListTable:
+    case RtfKeyword::ListOverrideTable:
+    case RtfKeyword::Pn:
+    case RtfKeyword::ShpPict:
+    case RtfKeyword::ListText:
+    case RtfKeyword::PnText:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QChar RtfKeywords::symbol(RtfKeyword keyword)
+{
+    switch (keyword) {
+    case RtfKeyword::Line:
+        return QChar::LineSeparator;
+    case RtfKeyword::Tab:
+    case RtfKeyword::NestCell:
+        return QLatin1Char('\t');
+    case RtfKeyword::EmDash:
+        return QChar(0x2014);
+    case RtfKeyword::EnDash:
+        return QChar(0x2013);
+    case RtfKeyword::EmSpace:
+        return QChar(0x2003);
+    case RtfKeyword::EnSpace:
+        return QChar(0x2002);
+    case RtfKeyword::QmSpace:
+        return QChar(0x2005);
+    case RtfKeyword::Bullet:
+        return QChar(0x2022);
+    case RtfKeyword::LQuote:
+        return QChar(0x2018);
+    case RtfKeyword::RQuote:
+        return QChar(0x2019);
+    case RtfKeyword::LDblQuote:
+        return QChar(0x201C);
+    case RtfKeyword::RDblQuote:
+        return QChar(0x201D);
+    case RtfKeyword::Zwj:
+        return QChar(0x200D);
+    case RtfKeyword::Zwnj:
+        return QChar(0x200C);
+    default:
+        return {};
+    }
 }
 
 } // namespace kestrum::text

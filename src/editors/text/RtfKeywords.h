@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QChar>
 
 namespace kestrum::text {
 
@@ -60,6 +61,7 @@ enum class RtfKeyword
     ShpRslt,
     Object,
     Shp,
+    Footnote,
     SkipDestination,
     // Character
     Par,
@@ -71,6 +73,7 @@ enum class RtfKeyword
     Row,
     NestCell,
     NestRow,
+    Chftn,
     EmDash,
     EnDash,
     EmSpace,
@@ -250,6 +253,10 @@ class RtfKeywords
 public:
     // The keyword and handler group of a control word (Unknown and None for other words).
     static RtfKeywordEntry find(QByteArrayView word);
+    // The starred destinations ({\*\word ...}) the reader reads; others are skipped whole.
+    static bool readsStarred(RtfKeyword keyword);
+    // The character a symbol word stands for (\emdash, \bullet, \lquote...); null for others.
+    static QChar symbol(RtfKeyword keyword);
 };
 
 } // namespace kestrum::text

@@ -1,5 +1,7 @@
 #include "RtfListTable.h"
 
+#include "editors/text/ListNumbering.h"
+
 #include <QTextListFormat>
 
 #include <algorithm>
@@ -81,6 +83,13 @@ void RtfListTable::setLevelFormat(int format)
     }
 }
 
+void RtfListTable::setLevelStart(int start)
+{
+    if (!m_lists.empty() && !m_lists.back().levels.empty()) {
+        m_lists.back().levels.back().start = start;
+    }
+}
+
 void RtfListTable::setLevelText(const QString& text)
 {
     if (!m_lists.empty() && !m_lists.back().levels.empty()) {
@@ -130,6 +139,9 @@ void RtfListTable::legacyWord(const RtfWord& word)
     case RtfKeyword::PnLcLtr:
         m_pn.style = kFormatLowerLetter;
         break;
+    case RtfKeyword::PnStart:
+        m_pn.start = word.parameter;
+        break;
     default:
         break;
     }
@@ -146,10 +158,12 @@ int RtfListTable::addLegacy()
 
 bool RtfListTable::format(const RtfParaState& state, RtfParagraph& out) const
 {
-    if (state.listOverride > 0) {
+    // \lsN with no list table behind it: the paragraph's \pn numbering describes the list.
+    const bool hasLegacy = state.legacyList >= 0 && std::size_t(state.legacyList) < m_legacy.size();
+    if (state.listOverride > 0 && (!hasLegacy || m_overrides.contains(state.listOverride))) {
         return listFormat(state, out);
     }
-    if (state.legacyList >= 0 && std::size_t(state.legacyList) < m_legacy.size()) {
+    if (hasLegacy && std::size_t(state.legacyList) < m_legacy.size()) {
         return legacyFormat(state, out);
     }
     return false;
@@ -179,6 +193,7 @@ bool RtfListTable::listFormat(const RtfParaState& state, RtfParagraph& out) cons
         list.setStyle(bulletStyle(text));
     } else {
         list.setStyle(numberingStyle(levelDef.format));
+        ListNumbering::setStart(list, levelDef.start);
         qsizetype first = -1;
         qsizetype last = -1;
         for (qsizetype i = 0; i < text.size(); ++i) {
@@ -207,16 +222,18 @@ bool RtfListTable::legacyFormat(const RtfParaState& state, RtfParagraph& out) co
     QTextListFormat list;
     list.setIndent(qBound(1, legacy.level, rtf::kMaxListLevels));
     if (legacy.bullet) {
-        list.setStyle(QTextListFormat::ListDisc);
+        list.setStyle(bulletStyle(legacy.before));
     } else {
         list.setStyle(numberingStyle(legacy.style));
+        ListNumbering::setStart(list, legacy.start);
         list.setNumberPrefix(legacy.before);
         list.setNumberSuffix(legacy.after);
     }
     out.list = list;
-    out.listKey = QStringLiteral("pn:%1:%2:%3:%4")
+    out.listKey = QStringLiteral("pn:%1:%2:%3:%4:%5")
                       .arg(legacy.bullet ? -1 : legacy.style)
                       .arg(list.indent())
+                      .arg(legacy.start)
                       .arg(legacy.before, legacy.after);
     out.listContinuesOnlyAdjacent = true;
     return true;

@@ -23,6 +23,7 @@ public:
     void startLevel();
     void setListId(int id);
     void setLevelFormat(int format); // \levelnfcN
+    void setLevelStart(int start);   // \levelstartatN
     void setLevelText(const QString& text);
 
     // ---- list override table
@@ -46,6 +47,7 @@ private:
     struct Level
     {
         int format = 0;
+        int start = 1;
         QString text;
     };
     struct List
@@ -58,6 +60,7 @@ private:
         bool bullet = true;
         int style = 0; // \levelnfc numbering of the old form
         int level = 0;
+        int start = 1;
         QString before;
         QString after;
     };

@@ -1,6 +1,7 @@
 #include "RtfListTableWriter.h"
 
 #include "common/RtfEmitter.h"
+#include "editors/text/ListNumbering.h"
 
 #include <QTextList>
 
@@ -97,7 +98,7 @@ void RtfListTableWriter::write(common::RtfEmitter& rtf, const QList<const QTextL
             rtf.word("levelnfcn", nfc);
             rtf.word("leveljc", 0);
             rtf.word("levelfollow", 0);
-            rtf.word("levelstartat", 1);
+            rtf.word("levelstartat", ListNumbering::start(format));
             writeLevelText(rtf, format, nfc, level);
             rtf.word("fi", kNumberIndent);
             rtf.word("li", kIndentPerLevel * (level + 1));

@@ -1,6 +1,8 @@
 #include "RtfParser.h"
 
 #include "editors/text/RtfCodePage.h"
+#include "editors/text/RtfPageWords.h"
+#include "editors/text/TextProperties.h"
 
 #include <QTextDocument>
 
@@ -17,63 +19,6 @@ constexpr int kCodePagePc = 437;
 constexpr int kCodePagePca = 850;
 // \ucN: how many fallback characters follow a \uN (at most this many are skipped).
 constexpr int kMaxUnicodeFallback = 16;
-
-// The starred destinations ({\*\word ...}) this reader reads; others are skipped whole.
-bool readsStarred(RtfKeyword keyword)
-{
-    switch (keyword) {
-    case RtfKeyword::FldInst:
-    case RtfKeyword::BkmkStart:
-    case RtfKeyword::BkmkEnd:
-    case RtfKeyword::ListTable:
-    case RtfKeyword::ListOverrideTable:
-    case RtfKeyword::Pn:
-    case RtfKeyword::ShpPict:
-    case RtfKeyword::ListText:
-    case RtfKeyword::PnText:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// The character a symbol word stands for (\emdash, \bullet, \lquote...); null for others.
-QChar symbolCharacter(RtfKeyword keyword)
-{
-    switch (keyword) {
-    case RtfKeyword::Line:
-        return QChar::LineSeparator;
-    case RtfKeyword::Tab:
-    case RtfKeyword::NestCell:
-        return QLatin1Char('\t');
-    case RtfKeyword::EmDash:
-        return QChar(0x2014);
-    case RtfKeyword::EnDash:
-        return QChar(0x2013);
-    case RtfKeyword::EmSpace:
-        return QChar(0x2003);
-    case RtfKeyword::EnSpace:
-        return QChar(0x2002);
-    case RtfKeyword::QmSpace:
-        return QChar(0x2005);
-    case RtfKeyword::Bullet:
-        return QChar(0x2022);
-    case RtfKeyword::LQuote:
-        return QChar(0x2018);
-    case RtfKeyword::RQuote:
-        return QChar(0x2019);
-    case RtfKeyword::LDblQuote:
-        return QChar(0x201C);
-    case RtfKeyword::RDblQuote:
-        return QChar(0x201D);
-    case RtfKeyword::Zwj:
-        return QChar(0x200D);
-    case RtfKeyword::Zwnj:
-        return QChar(0x200C);
-    default:
-        return {};
-    }
-}
 
 } // namespace
 
@@ -158,6 +103,7 @@ RtfReadResult RtfParser::run()
     }
     flush();
     m_builder.finish(m_formats.paragraph(last.para), m_formats.charFormat(last.chr));
+    m_builder.appendNotes(m_footnotes.notes());
     m_result.pageLayout.normalise();
     m_result.ok = true;
     return std::move(m_result);
@@ -168,6 +114,7 @@ RtfReadResult RtfParser::run()
 void RtfParser::groupStart()
 {
     m_skip = 0;
+    m_leadByte = -1;
     if (int(depth()) >= m_options.maxGroupDepth) {
         ++m_overflow;
         return;
@@ -184,6 +131,7 @@ void RtfParser::groupStart()
 void RtfParser::groupEnd()
 {
     m_skip = 0;
+    m_leadByte = -1;
     m_groupJustOpened = false;
     m_starred = false;
     if (m_overflow > 0) {
@@ -254,7 +202,6 @@ void RtfParser::finishDestination(const DestinationText& context)
             const int legacy = m_lists.addLegacy();
             if (legacy >= 0) {
                 top().para.legacyList = legacy;
-                top().para.listOverride = 0;
             }
         }
         break;
@@ -263,6 +210,11 @@ void RtfParser::finishDestination(const DestinationText& context)
         break;
     case RtfDestination::PnTextAfter:
         m_lists.setLegacyAfter(context.text);
+        break;
+    case RtfDestination::Footnote:
+        if (const int number = m_footnotes.addNote(context.text); number > 0) {
+            insertFootnoteReference(number);
+        }
         break;
     case RtfDestination::ListOverrideTable:
     case RtfDestination::ListTable:
@@ -325,6 +277,13 @@ void RtfParser::text(QByteArrayView bytes)
             return;
         }
     }
+    const RtfCodePage& page = codePage();
+    if (page.isMultiByte()) {
+        for (const char byte : bytes) {
+            multiByte(quint8(byte), page); // lead and trail bytes may be written as they are
+        }
+        return;
+    }
     if (dest == RtfDestination::Normal) {
         if (!m_pending.isEmpty() &&
             (!(m_pendingState == top().chr) || m_pendingInTable != top().para.inTable)) {
@@ -353,7 +312,22 @@ void RtfParser::hexByte(quint8 value)
         m_picture.addBytes(QByteArrayView(&c, 1));
         return;
     }
-    character(codePage().decode(value));
+    multiByte(value, codePage());
+}
+
+void RtfParser::multiByte(quint8 value, const RtfCodePage& page)
+{
+    if (m_leadByte >= 0) {
+        const quint8 lead = quint8(m_leadByte);
+        m_leadByte = -1;
+        for (const QChar c : page.decodePair(lead, value)) {
+            character(c);
+        }
+    } else if (page.isLeadByte(value)) {
+        m_leadByte = value;
+    } else {
+        character(page.decode(value));
+    }
 }
 
 void RtfParser::character(QChar c)
@@ -430,9 +404,11 @@ void RtfParser::flush()
 void RtfParser::endParagraph()
 {
     flush();
-    m_builder.endParagraph(m_formats.paragraph(top().para), m_formats.charFormat(top().chr),
-                           top().para.inTable);
+    RtfParagraph paragraph = m_formats.paragraph(top().para);
+    paragraph.listMarker = m_paragraphHasMarker;
+    m_builder.endParagraph(paragraph, m_formats.charFormat(top().chr), top().para.inTable);
     m_paragraphHasContent = false;
+    m_paragraphHasMarker = false;
 }
 
 void RtfParser::insertPicture()
@@ -442,10 +418,19 @@ void RtfParser::insertPicture()
     m_builder.insertImage(m_picture.finish(m_document, &m_result.warnings), inTable);
 }
 
-void RtfParser::setPageValue(int& field, int value)
+void RtfParser::insertFootnoteReference(int number)
 {
-    field = value;
-    m_result.hasPageLayout = true;
+    if (m_stack.empty()) {
+        return;
+    }
+    flush();
+    RtfCharState mark = top().chr;
+    mark.vertical = RtfVertical::Superscript;
+    mark.hidden = false;
+    QTextCharFormat format = m_formats.charFormat(mark);
+    format.setProperty(TextProperty::FootnoteReference, number);
+    m_builder.insertText(QString::number(number), format, top().para.inTable);
+    m_paragraphHasContent = true;
 }
 
 // ---- control words -----------------------------------------------------------------------------
@@ -480,9 +465,10 @@ void RtfParser::controlWord(const RtfToken& token)
     if (m_stack.empty()) {
         return;
     }
+    m_leadByte = -1; // a lead byte's trail byte follows it at once
     const RtfKeywordEntry entry = RtfKeywords::find(token.word);
     const RtfWord word{entry.keyword, token.parameter, token.hasParameter};
-    if (m_starred && !readsStarred(word.keyword)) {
+    if (m_starred && !RtfKeywords::readsStarred(word.keyword)) {
         setDestination(RtfDestination::Skip);
         return;
     }
@@ -542,7 +528,6 @@ void RtfParser::controlWord(const RtfToken& token)
 void RtfParser::documentWord(const RtfWord& word)
 {
     const int p = word.parameter;
-    PageLayout& page = m_result.pageLayout;
     switch (word.keyword) {
     case RtfKeyword::Mac:
         m_ansiCodePage = kCodePageMac;
@@ -561,32 +546,12 @@ void RtfParser::documentWord(const RtfWord& word)
     case RtfKeyword::Deff:
         m_fontTable.setDefaultFont(p);
         break;
-    case RtfKeyword::PaperW:
-    case RtfKeyword::PgWsxn:
-        setPageValue(page.paperWidth, p);
-        break;
-    case RtfKeyword::PaperH:
-    case RtfKeyword::PgHsxn:
-        setPageValue(page.paperHeight, p);
-        break;
-    case RtfKeyword::MargL:
-    case RtfKeyword::MargLsxn:
-        setPageValue(page.marginLeft, p);
-        break;
-    case RtfKeyword::MargR:
-    case RtfKeyword::MargRsxn:
-        setPageValue(page.marginRight, p);
-        break;
-    case RtfKeyword::MargT:
-    case RtfKeyword::MargTsxn:
-        setPageValue(page.marginTop, p);
-        break;
-    case RtfKeyword::MargB:
-    case RtfKeyword::MargBsxn:
-        setPageValue(page.marginBottom, p);
-        break;
     default:
-        break; // \rtf, \ansi; \landscape (the paper size says it)
+        if (int* field = RtfPageWords::field(word.keyword, m_result.pageLayout)) {
+            *field = p;
+            m_result.hasPageLayout = true;
+        }
+        break; // \rtf, \ansi
     }
 }
 
@@ -603,16 +568,28 @@ void RtfParser::destinationWord(const RtfWord& word)
     case RtfKeyword::StyleSheet:
         setDestination(RtfDestination::StyleSheet);
         break;
-    case RtfKeyword::Info:
-    case RtfKeyword::SkipDestination:
     case RtfKeyword::PnText:
     case RtfKeyword::ListText:
+        m_paragraphHasMarker = true;
+        setDestination(RtfDestination::Skip);
+        break;
+    case RtfKeyword::Info:
+    case RtfKeyword::SkipDestination:
     case RtfKeyword::NonShpPict:
     case RtfKeyword::LevelNumbers:
     case RtfKeyword::ListName:
         setDestination(RtfDestination::Skip);
         break;
+    case RtfKeyword::Footnote:
+        flush();
+        setDestination(dest == RtfDestination::Normal ? RtfDestination::Footnote
+                                                      : RtfDestination::Skip);
+        break;
     case RtfKeyword::Pict:
+        if (dest == RtfDestination::Footnote) {
+            setDestination(RtfDestination::Skip); // notes keep their text only
+            break;
+        }
         flush();
         m_picture.start();
         setDestination(RtfDestination::Picture);
@@ -625,6 +602,9 @@ void RtfParser::destinationWord(const RtfWord& word)
         setDestination(RtfDestination::FieldInstruction);
         break;
     case RtfKeyword::FldRslt:
+        if (dest == RtfDestination::Footnote) {
+            break; // a field's result inside a note is the note's text
+        }
         setDestination(RtfDestination::Normal);
         if (const std::optional<QString> target = m_fields.hyperlink()) {
             top().chr.href = *target;
@@ -676,7 +656,23 @@ void RtfParser::destinationWord(const RtfWord& word)
 void RtfParser::specialCharacterWord(const RtfWord& word)
 {
     RtfGroupState& group = top();
+    if (group.dest == RtfDestination::Footnote) {
+        const RtfFootnotes::NoteWord kind = RtfFootnotes::noteWord(word.keyword);
+        if (kind == RtfFootnotes::NoteWord::Break) {
+            destinationText(u"\n");
+        }
+        if (kind != RtfFootnotes::NoteWord::Text) {
+            return;
+        }
+    }
     switch (word.keyword) {
+    case RtfKeyword::Chftn:
+        if (group.dest == RtfDestination::Normal) {
+            if (const int number = m_footnotes.addReference(); number > 0) {
+                insertFootnoteReference(number);
+            }
+        }
+        break;
     case RtfKeyword::Par:
     case RtfKeyword::Sect:
     case RtfKeyword::NestRow:
@@ -691,8 +687,13 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         break;
     case RtfKeyword::Cell:
         flush();
-        m_builder.endCell(m_formats.paragraph(group.para), m_formats.charFormat(group.chr));
+        {
+            RtfParagraph paragraph = m_formats.paragraph(group.para);
+            paragraph.listMarker = m_paragraphHasMarker;
+            m_builder.endCell(paragraph, m_formats.charFormat(group.chr));
+        }
         m_paragraphHasContent = false;
+        m_paragraphHasMarker = false;
         break;
     case RtfKeyword::Row:
         flush();
@@ -714,7 +715,7 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         }
         break;
     default:
-        if (const QChar c = symbolCharacter(word.keyword); !c.isNull()) {
+        if (const QChar c = RtfKeywords::symbol(word.keyword); !c.isNull()) {
             character(c);
         }
         break;
@@ -763,6 +764,11 @@ void RtfParser::listWord(const RtfWord& word)
     case RtfKeyword::LevelNfc:
         if (dest == RtfDestination::ListTable) {
             m_lists.setLevelFormat(word.parameter);
+        }
+        break;
+    case RtfKeyword::LevelStartAt:
+        if (dest == RtfDestination::ListTable) {
+            m_lists.setLevelStart(word.parameter);
         }
         break;
     default:

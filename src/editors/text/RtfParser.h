@@ -4,6 +4,7 @@
 #include "editors/text/RtfFieldStack.h"
 #include "editors/text/RtfFileColours.h"
 #include "editors/text/RtfFontTable.h"
+#include "editors/text/RtfFootnotes.h"
 #include "editors/text/RtfFormatMapper.h"
 #include "editors/text/RtfFormatReader.h"
 #include "editors/text/RtfListTable.h"
@@ -54,6 +55,7 @@ private:
     void text(QByteArrayView bytes);
     void hexByte(quint8 value);
     void character(QChar c);
+    void multiByte(quint8 value, const RtfCodePage& page);
     void destinationText(QStringView text);
     void commitFont();
     void commitStyle();
@@ -71,7 +73,7 @@ private:
     void flush();
     void endParagraph();
     void insertPicture();
-    void setPageValue(int& field, int value);
+    void insertFootnoteReference(int number);
 
     RtfTokenizer m_tokens;
     QTextDocument* m_document;
@@ -88,12 +90,14 @@ private:
     bool m_groupJustOpened = false;
     int m_skip = 0;
     int m_ansiCodePage;
+    int m_leadByte = -1; // the first byte of a two-byte character, waiting for its second
 
     RtfFontTable m_fontTable;
     RtfFileColours m_fileColours;
     RtfStyleSheet m_styleSheet;
     RtfListTable m_lists;
     RtfFieldStack m_fields;
+    RtfFootnotes m_footnotes;
     RtfPictureReader m_picture;
     RtfFormatReader m_formatReader;
     RtfFormatMapper m_formats;
@@ -102,6 +106,7 @@ private:
     RtfCharState m_pendingState;
     bool m_pendingInTable = false;
     bool m_paragraphHasContent = false;
+    bool m_paragraphHasMarker = false; // {\listtext ..} or {\pntext ..} since the last \par
 };
 
 } // namespace kestrum::text

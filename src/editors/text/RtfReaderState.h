@@ -51,6 +51,7 @@ enum class RtfDestination
     PnDefinition,
     PnTextBefore,
     PnTextAfter,
+    Footnote,
 };
 
 enum class RtfVertical : quint8

@@ -1,6 +1,8 @@
 #include "RtfWriter.h"
 
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
+#include "editors/text/RtfFootnoteWriter.h"
 #include "editors/text/RtfListTableWriter.h"
 #include "editors/text/RtfPictureWriter.h"
 #include "editors/text/TextProperties.h"
@@ -56,7 +58,7 @@ int twips(qreal pixels)
 
 RtfWriter::RtfWriter(const QTextDocument& document, const ColourTable& colours,
                      const PageLayout& layout)
-    : m_document(document), m_colours(colours), m_layout(layout)
+    : m_document(document), m_colours(colours), m_layout(layout), m_footnotes(document)
 {
     m_layout.normalise();
 }
@@ -258,7 +260,7 @@ void RtfWriter::writeRootFrame()
                 const QTextBlock last = m_document.findBlock(child->lastPosition());
                 writeFrameContent(first, last, false);
             }
-        } else {
+        } else if (!RtfFootnoteWriter::isNote(it.currentBlock())) {
             writeBlock(it.currentBlock(), false, false);
         }
     }
@@ -547,7 +549,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
             marker = QChar(0x25AA);
             break;
         default:
-            marker = list->itemText(block);
+            marker = ListNumbering::itemText(block);
             break;
         }
         m_rtf.words("{\\listtext\\pard\\plain");
@@ -597,6 +599,10 @@ void RtfWriter::writeFragment(const QTextFragment& fragment)
             m_rtf.raw("}");
             m_current = saved;
         }
+        return;
+    }
+    if (RtfFootnoteWriter::isReference(format)) {
+        m_footnotes.writeReference(m_rtf, format);
         return;
     }
     if (format.isImageFormat()) {

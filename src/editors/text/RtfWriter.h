@@ -3,6 +3,7 @@
 #include "common/RtfEmitter.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/PageLayout.h"
+#include "editors/text/RtfFootnoteWriter.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -74,6 +75,7 @@ private:
     ColourTable m_colours;
     PageLayout m_layout;
     common::RtfEmitter m_rtf;
+    RtfFootnoteWriter m_footnotes;
 
     QStringList m_fonts;
     QHash<QString, int> m_fontIndex;

@@ -2,6 +2,7 @@
 
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/RtfWriter.h"
 #include "editors/text/TextProperties.h"
 
@@ -19,11 +20,16 @@
 #include <QTextTable>
 #include <QUrl>
 
+#include <algorithm>
 #include <set>
 
 namespace kestrum::text {
 
 namespace {
+
+// Plain text: the spaces of one list level, and the deepest level indented.
+constexpr int kPlainListIndent = 4;
+constexpr int kMaxPlainListLevels = 9;
 
 bool saveBytes(const QString& fileName, const QByteArray& bytes, QString* error)
 {
@@ -61,6 +67,40 @@ std::vector<QTextImageFormat> pictureFormats(const QTextDocument& document)
     return out;
 }
 
+// The HTML of a document opens each list (<ol> or <ul>) at its first item, in the order of
+// the blocks: lists that start elsewhere than 1 get their start attribute.
+void addListStarts(const QTextDocument& document, QString& html)
+{
+    std::vector<int> starts;
+    bool any = false;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextList* list = block.textList();
+        if (list && list->itemNumber(block) == 0) {
+            starts.push_back(ListNumbering::start(list->format()));
+            any = any || starts.back() != 1;
+        }
+    }
+    if (!any) {
+        return;
+    }
+    static const QRegularExpression open(QStringLiteral("<(ol|ul)\\b"));
+    QString out;
+    qsizetype last = 0;
+    std::size_t index = 0;
+    auto it = open.globalMatch(html);
+    while (it.hasNext() && index < starts.size()) {
+        const QRegularExpressionMatch m = it.next();
+        out += QStringView(html).mid(last, m.capturedEnd() - last);
+        last = m.capturedEnd();
+        if (starts[index] != 1) {
+            out += QStringLiteral(" start=\"%1\"").arg(starts[index]);
+        }
+        ++index;
+    }
+    out += QStringView(html).mid(last);
+    html = out;
+}
+
 QString plainBlockText(const QTextBlock& block)
 {
     QString text = block.text();
@@ -70,17 +110,22 @@ QString plainBlockText(const QTextBlock& block)
         QString marker;
         switch (list->format().style()) {
         case QTextListFormat::ListDisc:
-        case QTextListFormat::ListSquare:
             marker = QChar(0x2022);
+            break;
+        case QTextListFormat::ListSquare:
+            marker = QChar(0x25AA);
             break;
         case QTextListFormat::ListCircle:
             marker = QChar(0x25E6);
             break;
         default:
-            marker = list->itemText(block);
+            marker = ListNumbering::itemText(block);
             break;
         }
-        text.prepend(marker + QLatin1Char(' '));
+        // Each level below the first is indented by four spaces more.
+        const int level = std::clamp(list->format().indent(), 1, kMaxPlainListLevels) - 1;
+        text.prepend(QString(level * kPlainListIndent, QLatin1Char(' ')) + marker +
+                     QLatin1Char(' '));
     }
     return text;
 }
@@ -172,6 +217,7 @@ QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportO
 {
     const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
     QString html = copy->toHtml();
+    addListStarts(*copy, html);
 
     // Pictures: files beside the document or data URLs.
     QHash<QString, QString> sources;

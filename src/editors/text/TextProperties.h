@@ -23,6 +23,13 @@ constexpr int BorderWidth = QTextFormat::UserProperty + 11;
 constexpr int BorderColour = QTextFormat::UserProperty + 12;
 constexpr int BorderStyle = QTextFormat::UserProperty + 13;
 constexpr int BorderSpacing = QTextFormat::UserProperty + 14;
+// On a footnote's reference mark in the text: the note's number.
+constexpr int FootnoteReference = QTextFormat::UserProperty + 20;
+// On a note's paragraph at the end of the document: its number. The paragraph's text is the
+// number, a space and the note.
+constexpr int FootnoteNumber = QTextFormat::UserProperty + 21;
+// On a list: the number of its first item when that is not 1 (see ListNumbering).
+constexpr int ListStart = QTextFormat::UserProperty + 22;
 } // namespace TextProperty
 
 namespace BorderSide {

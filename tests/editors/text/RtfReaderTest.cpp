@@ -292,7 +292,7 @@ void RtfReaderTest::skippedDestinations()
 {
     const auto r =
         read(wrap("{\\*\\unknowndest secret}{\\info{\\title T}{\\author A}}{\\header head}"
-                  "{\\footnote note}{\\*\\generator gen}{\\stylesheet{\\s1 heading 1;}}"
+                  "{\\*\\generator gen}{\\stylesheet{\\s1 heading 1;}}"
                   "{\\pntext pn}{\\listtext lt}visible{\\*\\fldinst ignored}"
                   "{\\field{\\*\\fldinst PAGE}{\\fldrslt 7}}\\par"));
     QCOMPARE(visibleText(*r->document), QStringLiteral("visible7"));

@@ -2,7 +2,6 @@
 // rules, the modified-flag rules, the dialogs, tables, the ruler, pictures, language and print.
 
 #include "editors/text/widgets/TRMWPEditor.h"
-#include "ui/ColourSelector.h"
 #include "editors/text/ColourTable.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/TextPageDocument.h"
@@ -17,6 +16,7 @@
 #include "editors/text/widgets/WPTableDialog.h"
 #include "editors/text/widgets/WPView.h"
 #include "support/ScriptedDialogs.h"
+#include "ui/ColourSelector.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
@@ -84,6 +84,7 @@ private slots:
     void viewSetUp();
     void redCaret();
     void hiddenTextTakesNoRoom();
+    void listStartShowsInTheView();
     void linkAndBookmarkDecorations();
     void blackBackgroundIsColourNumber18();
     void fontColourEntersTheTable();
@@ -311,6 +312,33 @@ void TRMWPEditorTest::hiddenTextTakesNoRoom()
     QTextCursor after(m_doc->textDocument());
     after.setPosition(3);
     QCOMPARE(view->cursorRect(after).x(), view->cursorRect(before).x());
+}
+
+void TRMWPEditorTest::listStartShowsInTheView()
+{
+    // The marker beside "A" of a list that starts at 7 looks like the seventh item's marker
+    // of a list numbered from 1.
+    const QByteArray table =
+        "{\\*\\listtable{\\list\\listid1{\\listlevel\\levelnfc0\\levelstartat%1{\\leveltext"
+        "\\'02\\'00.;}}}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}";
+    WPView* view = m_editor->view();
+    view->clearFocus();
+    auto markerStrip = [&](const QByteArray& items, int start) {
+        load("{\\rtf1\\ansi" + QString::fromLatin1(table).arg(start).toLatin1() + items + "}");
+        const QTextCursor at =
+            m_doc->textDocument()->find(QStringLiteral("A"), 0, QTextDocument::FindCaseSensitively);
+        QTextCursor start0(at.block());
+        const QRect caret = view->cursorRect(start0);
+        return view->viewport()->grab().toImage().copy(
+            QRect(0, caret.y(), caret.x() - 1, caret.height()));
+    };
+    const QImage seventh =
+        markerStrip(QByteArray("\\pard\\ls1 x\\par x\\par x\\par x\\par x\\par x\\par A\\par"), 1);
+    const QImage first = markerStrip(QByteArray("\\pard\\ls1 A\\par"), 1);
+    const QImage startAt7 = markerStrip(QByteArray("\\pard\\ls1 A\\par"), 7);
+    QVERIFY(!seventh.isNull());
+    QVERIFY(seventh != first);
+    QCOMPARE(startAt7, seventh);
 }
 
 void TRMWPEditorTest::linkAndBookmarkDecorations()

@@ -2,6 +2,7 @@
 
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/TextProperties.h"
 
@@ -16,6 +17,7 @@
 #include <QStyleHints>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QTextList>
 #include <QTextTable>
 #include <QUrl>
 
@@ -200,6 +202,7 @@ void WPView::paintEvent(QPaintEvent* event)
 {
     QTextEdit::paintEvent(event);
     QPainter painter(viewport());
+    paintListStarts(painter);
     paintParagraphBorders(painter);
     if (m_selectedPicture >= 0) {
         const QRect r = pictureRect(m_selectedPicture);
@@ -220,6 +223,55 @@ void WPView::paintEvent(QPaintEvent* event)
     if (m_caretOn && hasFocus() && !isReadOnly()) {
         const QRect caret = cursorRect();
         painter.fillRect(QRect(caret.x(), caret.y(), kCaretWidth, caret.height()), Qt::red);
+    }
+}
+
+void WPView::paintListStarts(QPainter& painter)
+{
+    // The document's layout numbers every list from 1: the items of a list that starts
+    // elsewhere get their own number painted over it, where the layout puts it.
+    const QPointF offset(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    const QTextBlock first = cursorForPosition(QPoint(0, 0)).block();
+    const QTextBlock last =
+        cursorForPosition(QPoint(viewport()->width(), viewport()->height())).block();
+    const QColor background = viewport()->palette().color(viewport()->backgroundRole());
+    for (QTextBlock block = first; block.isValid(); block = block.next()) {
+        const QTextList* list = block.textList();
+        QTextLayout* layout = block.layout();
+        if (list && ListNumbering::start(list->format()) != 1 && layout &&
+            layout->lineCount() > 0) {
+            const QString drawn = list->itemText(block);
+            const QString number = ListNumbering::itemText(block);
+            if (!drawn.isEmpty() && drawn != number) {
+                const QFont font(block.charFormat().font(), viewport());
+                const QFontMetricsF metrics(font);
+                const QTextLine line = layout->lineAt(0);
+                const QPoint pos = (offset + layout->position()).toPoint() +
+                                   line.naturalTextRect().topLeft().toPoint();
+                const qreal space = metrics.horizontalAdvance(QLatin1Char(' '));
+                const qreal widest =
+                    std::max(metrics.horizontalAdvance(drawn), metrics.horizontalAdvance(number));
+                painter.fillRect(
+                    QRectF(pos.x() - space - widest - 2, pos.y(), widest + 2, line.height()),
+                    background);
+                QTextLayout marker(number, font, viewport());
+                QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+                option.setTextDirection(block.textDirection());
+                marker.setTextOption(option);
+                marker.beginLayout();
+                QTextLine markerLine = marker.createLine();
+                if (markerLine.isValid()) {
+                    markerLine.setLeadingIncluded(true);
+                }
+                marker.endLayout();
+                painter.setPen(palette().color(QPalette::Text));
+                marker.draw(&painter, QPointF(pos.x() - space - metrics.horizontalAdvance(number),
+                                              pos.y() + line.ascent() - metrics.ascent()));
+            }
+        }
+        if (block == last) {
+            break;
+        }
     }
 }
 

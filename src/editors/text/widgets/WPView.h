@@ -67,6 +67,7 @@ private:
     void blink();
     int pictureAt(const QPoint& point) const;
     ColumnEdge columnEdgeAt(const QPoint& point) const;
+    void paintListStarts(QPainter& painter);
     void paintParagraphBorders(QPainter& painter);
 
     TextPageDocument* m_page = nullptr;
