@@ -2,10 +2,10 @@
 // extension, the store's Save/Get through a real project file, and the exports.
 
 #include "editors/text/TextPageDocument.h"
-#include "store/PageKind.h"
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/TextExporter.h"
+#include "store/PageKind.h"
 #include "store/PageTable.h"
 #include "store/PageType.h"
 #include "store/TRMData.h"

@@ -1,7 +1,7 @@
 #include "WPBordersDialog.h"
 
-#include "ui/Dialogs.h"
 #include "editors/text/TextProperties.h"
+#include "ui/Dialogs.h"
 
 #include <QCheckBox>
 #include <QComboBox>
