@@ -215,7 +215,6 @@ private slots:
         QVERIFY(f.open(QIODevice::ReadOnly));
         QVERIFY(f.readAll().startsWith("\xFF\xD8\xFF"));
         QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("picture.png"))));
-        // Quality 90: larger than the same picture at the library's default of 75.
     }
 
     void zoomSteps()
