@@ -312,6 +312,21 @@ void TKestrumMTest::folderAndProjectNodeShowNoEditor()
     select(0);
     QCOMPARE(m_window->editors().visiblePanel(), nullptr);
     QVERIFY(m_window->commentPanel()->isEnabled());
+
+    // The project node shows the comment of the record its data names, not the outline
+    // record's.
+    store::TRMData& data = m_window->data();
+    QVERIFY(data.table()->writeComment(0, QStringLiteral("Outline comment")));
+    select(1);
+    data.outline().setData(node(0), node(2)->data());
+    select(0);
+    QCOMPARE(m_window->commentPanel()->toPlainText(), QStringLiteral("Grid comment"));
+    // A data that names no record: an empty panel.
+    select(1);
+    data.outline().setData(node(0), 9999);
+    select(0);
+    QVERIFY(m_window->commentPanel()->isEnabled());
+    QCOMPARE(m_window->commentPanel()->toPlainText(), QString());
 }
 
 void TKestrumMTest::modifiedPageIsSavedWhenTheSelectionMoves()
