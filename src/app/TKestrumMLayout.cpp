@@ -14,6 +14,7 @@
 
 #include <QLabel>
 #include <QMenu>
+#include <QPalette>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSplitter>
@@ -56,6 +57,13 @@ void TKestrumM::buildCentralArea()
     m_comment = new QPlainTextEdit(commentBox);
     m_comment->setObjectName(QStringLiteral("Comment"));
     m_comment->setPlaceholderText(QStringLiteral("Notes on this page"));
+    // Off (folders, no project) it looks off: the window's grey behind grey text, not the
+    // white of a field that only refuses typing.
+    QPalette commentColours = m_comment->palette();
+    commentColours.setColor(QPalette::Disabled, QPalette::Base,
+                            commentColours.color(QPalette::Active, QPalette::Window));
+    commentColours.setColor(QPalette::Disabled, QPalette::PlaceholderText, Qt::transparent);
+    m_comment->setPalette(commentColours);
     commentLayout->addWidget(m_comment);
 
     m_editorContainer = new QWidget(this);
