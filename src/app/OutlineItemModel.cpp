@@ -7,10 +7,17 @@
 
 #include <QBrush>
 #include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
 
 namespace kestrum::app {
 
 using store::OutlineNode;
+
+QColor OutlineItemModel::untitledColour()
+{
+    return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
+}
 
 OutlineItemModel::OutlineItemModel(store::OutlineModel& outline, QObject* parent)
     : QAbstractItemModel(parent), m_outline(outline)
@@ -101,23 +108,29 @@ QVariant OutlineItemModel::data(const QModelIndex& index, int role) const
     const store::OutlineNodeData& d = node->fields();
     switch (role) {
     case Qt::DisplayRole:
+        return d.caption.isEmpty() ? QString::fromLatin1(kUntitled) : d.caption;
     case Qt::EditRole:
-        return d.caption;
+        return d.caption; // a title is edited from what is stored, empty or not
     case Qt::DecorationRole:
         return Icons::forPageKind(d.imageIndex);
-    case Qt::ToolTipRole:
+    case Qt::ToolTipRole: {
+        const QString caption = d.caption.isEmpty() ? QString::fromLatin1(kUntitled) : d.caption;
         if (!node->parent() || d.imageIndex == store::PageType::Folder) {
-            return d.caption;
+            return caption;
         }
         return QStringLiteral("%1\n%2 page %3")
-            .arg(d.caption, store::pageKindName(d.imageIndex))
+            .arg(caption, store::pageKindName(d.imageIndex))
             .arg(d.data);
+    }
     case Qt::ForegroundRole:
         if (!d.usesTreeColours) {
             const QColor c = common::toQColor(d.textColor);
             if (c.isValid()) {
                 return QBrush(c);
             }
+        }
+        if (d.caption.isEmpty()) {
+            return QBrush(untitledColour()); // the placeholder reads as one
         }
         return {};
     case Qt::BackgroundRole:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <QColor>
 
 namespace kestrum::store {
 class OutlineModel;
@@ -16,6 +17,10 @@ class OutlineItemModel : public QAbstractItemModel
     Q_OBJECT
 public:
     static constexpr int kNodeRole = Qt::UserRole + 1;
+    // What a node without a caption shows, in the grey of disabled text; its caption stays
+    // empty.
+    static constexpr const char* kUntitled = "{untitled}";
+    static QColor untitledColour();
 
     explicit OutlineItemModel(store::OutlineModel& outline, QObject* parent = nullptr);
 

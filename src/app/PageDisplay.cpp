@@ -144,12 +144,11 @@ void PageDisplay::ShowNode()
             m_comment.setEnabled(false);
         } else {
             m_comment.setEnabled(true);
-            // The project node's data is the last selected index, not a page: its comment is
-            // the one of the outline record.
-            const qint32 commentId = node && node->parent() ? pageId : 0;
+            // Every node's comment is the one of the record its data names; for the project
+            // node that is the record whose id equals the last selected index.
             QString text;
             try {
-                if (m_data.GetComment(commentId, &text)) {
+                if (m_data.GetComment(pageId, &text)) {
                     m_comment.setPlainText(text);
                 }
             } catch (const store::StoreError& e) {

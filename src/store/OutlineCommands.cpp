@@ -1,6 +1,5 @@
 #include "OutlineCommands.h"
 
-#include "common/TabFields.h"
 #include "store/OutlineHistory.h"
 #include "store/OutlineModel.h"
 #include "store/OutlineStream.h"
@@ -279,6 +278,25 @@ bool OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
     return moved;
 }
 
+QString OutlineCommands::recoveredCaption(qint32 pageId, const QString& info)
+{
+    // The first line that is not blank: a caption is one row of the outline.
+    const auto firstLine = [](const QString& text) {
+        for (const QString& line : text.split(QLatin1Char('\n'))) {
+            if (const QString trimmed = line.trimmed(); !trimmed.isEmpty()) {
+                return trimmed;
+            }
+        }
+        return QString();
+    };
+    const QStringList fields = info.split(QLatin1Char('\t'));
+    QString caption = fields.size() >= 3 ? firstLine(fields.at(2)) : QString();
+    for (qsizetype i = 0; caption.isEmpty() && i < fields.size(); ++i) {
+        caption = firstLine(fields.at(i));
+    }
+    return caption.isEmpty() ? QStringLiteral("Page %1").arg(pageId) : caption;
+}
+
 std::vector<OutlineNode*> OutlineCommands::recoverPages()
 {
     OutlineModel& outline = m_data.outline();
@@ -309,7 +327,7 @@ std::vector<OutlineNode*> OutlineCommands::recoverPages()
         }
         OutlineNodeData d;
         d.caption = r.infoDamaged ? QStringLiteral("Page %1 (damaged title)").arg(r.pageId)
-                                  : common::tabField(r.info, 3);
+                                  : recoveredCaption(r.pageId, r.info);
         d.imageIndex = r.type;
         d.data = r.pageId;
         lost.push_back(std::move(d));

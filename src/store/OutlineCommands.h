@@ -67,10 +67,14 @@ public:
     // The folder that recoverPages puts pages into.
     static constexpr const char* kRecoveredItems = "Recovered items";
     // Every page record that no node refers to comes back under the folder "Recovered items"
-    // (made at the end of the outline when there is none), in page-id order, captioned by the
-    // third field of its PageInfo. One transaction; nothing is written when every record has a
-    // node. Returns the nodes added.
+    // (made at the end of the outline when there is none), in page-id order, captioned by
+    // recoveredCaption. One transaction; nothing is written when every record has a node.
+    // Returns the nodes added.
     std::vector<OutlineNode*> recoverPages();
+    // The caption of a recovered page: the third TAB field of its PageInfo (as a host writes
+    // it); a PageInfo without TAB fields is the plain title Kestrum gave the page; otherwise
+    // the first field that is not blank; "Page N" when the PageInfo holds no text at all.
+    static QString recoveredCaption(qint32 pageId, const QString& info);
 
     // Every command above that changed something is recorded in the project's history. Undo
     // and redo bring the outline and the page records back together (a deleted record with

@@ -18,6 +18,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
+
 namespace kestrum::store {
 
 namespace {
@@ -98,7 +100,11 @@ bool TRMData::usable() const
 
 void TRMData::setTitleFromFile(const QString& fileName)
 {
-    m_windowTitle = QStringLiteral("Kestrum - ") + QFileInfo(fileName).fileName().toUpper();
+    // A public name written by the host on another system may use backslashes: only the part
+    // after the last separator of either kind is shown.
+    const qsizetype slash =
+        std::max(fileName.lastIndexOf(QLatin1Char('/')), fileName.lastIndexOf(QLatin1Char('\\')));
+    m_windowTitle = QStringLiteral("Kestrum - ") + fileName.mid(slash + 1).toUpper();
     if (m_readOnly) {
         m_windowTitle += QStringLiteral(" (read-only)");
     }

@@ -3,18 +3,25 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFontDialog>
+#include <QFontMetrics>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <QTimer>
 
 namespace kestrum::ui {
 
 namespace {
+
+constexpr int kTextBoxCharacters = 80;
+constexpr QSize kFileDialogSize(960, 600);
 
 // Runs a file dialog and reads back the file and the 1-based filter the user chose.
 std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog,
@@ -33,6 +40,13 @@ std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog,
     }
     if (!request.defaultSuffix.isEmpty()) {
         dialog.setDefaultSuffix(request.defaultSuffix);
+    }
+    // Qt's own dialog opens small: room for long names and several columns, within the screen.
+    const QWidget* owner = dialog.parentWidget();
+    if (const QScreen* screen = owner ? owner->screen() : QGuiApplication::primaryScreen()) {
+        const QSize available = screen->availableGeometry().size();
+        dialog.resize(qMin(kFileDialogSize.width(), available.width() * 9 / 10),
+                      qMin(kFileDialogSize.height(), available.height() * 9 / 10));
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
@@ -86,10 +100,26 @@ void QtDialogs::notice(QWidget* parent, const QString& text, int milliseconds)
 std::optional<QString> QtDialogs::getText(QWidget* parent, const QString& title,
                                           const QString& prompt, const QString& initial)
 {
-    bool ok = false;
-    const QString text =
-        QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, initial, &ok);
-    return ok ? std::optional<QString>(text) : std::nullopt;
+    QInputDialog dialog(parent);
+    dialog.setWindowTitle(title);
+    dialog.setLabelText(prompt);
+    dialog.setInputMode(QInputDialog::TextInput);
+    dialog.setTextValue(initial);
+    // Wide enough for a long title: 80 characters at least, the whole text when it is longer,
+    // never wider than the screen.
+    const QFontMetrics metrics(dialog.font());
+    int width = qMax(metrics.averageCharWidth() * kTextBoxCharacters,
+                     metrics.horizontalAdvance(initial) + metrics.averageCharWidth() * 4);
+    if (const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen()) {
+        width = qMin(width, screen->availableGeometry().width() * 9 / 10);
+    }
+    if (auto* edit = dialog.findChild<QLineEdit*>()) {
+        edit->setMinimumWidth(width);
+    }
+    if (dialog.exec() != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    return dialog.textValue();
 }
 
 std::optional<QColor> QtDialogs::getColour(QWidget* parent, const QColor& initial,

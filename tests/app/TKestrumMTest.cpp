@@ -102,6 +102,7 @@ private slots:
     void editorsToolbarsAndMenusFollowTheKind_data();
     void editorsToolbarsAndMenusFollowTheKind();
     void folderAndProjectNodeShowNoEditor();
+    void commentPanelLooksDisabledWhenOff();
     void modifiedPageIsSavedWhenTheSelectionMoves();
     void loadingAPageNeverMarksItModified();
     void commentsOfTimelineAndCloudPagesAreNotWrittenBack();
@@ -114,6 +115,7 @@ private slots:
     void exportPageWritesTheChosenFormat();
     void deleteAsksThenWalks();
     void renameAndColours();
+    void untitledPageShowsAPlaceholder();
     void moveCommandsAndDragDrop();
     void keepSelectedItemSaysSaved();
     void handOffTimerSelectsAfterTheFirstAdopted();
@@ -312,6 +314,56 @@ void TKestrumMTest::folderAndProjectNodeShowNoEditor()
     select(0);
     QCOMPARE(m_window->editors().visiblePanel(), nullptr);
     QVERIFY(m_window->commentPanel()->isEnabled());
+
+    // The project node shows the comment of the record its data names, not the outline
+    // record's.
+    store::TRMData& data = m_window->data();
+    QVERIFY(data.table()->writeComment(0, QStringLiteral("Outline comment")));
+    select(1);
+    data.outline().setData(node(0), node(2)->data());
+    select(0);
+    QCOMPARE(m_window->commentPanel()->toPlainText(), QStringLiteral("Grid comment"));
+    // A data that names no record: an empty panel.
+    select(1);
+    data.outline().setData(node(0), 9999);
+    select(0);
+    QVERIFY(m_window->commentPanel()->isEnabled());
+    QCOMPARE(m_window->commentPanel()->toPlainText(), QString());
+}
+
+void TKestrumMTest::commentPanelLooksDisabledWhenOff()
+{
+    // The colour of the panel as it is drawn on screen; invalid when more than one colour is
+    // drawn (a text or a placeholder inviting to type).
+    const auto background = [this] {
+        QWidget* viewport = m_window->commentPanel()->viewport();
+        const QImage picture = viewport->grab().toImage();
+        const QColor corner = picture.pixelColor(picture.width() - 4, picture.height() - 4);
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y) != corner) {
+                    return QColor();
+                }
+            }
+        }
+        return corner;
+    };
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(!m_window->commentPanel()->isEnabled());
+    const QColor withoutProject = background();
+    QVERIFY(m_window->openProject(makeProject()));
+    QVERIFY(m_window->commentPanel()->isEnabled());
+    m_window->commentPanel()->clear(); // the placeholder shows on a page without comment
+    const QColor onAPage = background();
+    QVERIFY(!onAPage.isValid());
+    select(3);
+    QVERIFY(!m_window->commentPanel()->isEnabled());
+    const QColor onAFolder = background();
+    QCOMPARE(onAFolder, m_window->palette().color(QPalette::Active, QPalette::Window));
+    QVERIFY(onAFolder !=
+            m_window->commentPanel()->palette().color(QPalette::Active, QPalette::Base));
+    QCOMPARE(withoutProject, onAFolder);
 }
 
 void TKestrumMTest::modifiedPageIsSavedWhenTheSelectionMoves()
@@ -586,6 +638,35 @@ void TKestrumMTest::renameAndColours()
     action("White1")->trigger();
     QVERIFY(node(2)->fields().usesTreeColours);
     QVERIFY(!index.data(Qt::ForegroundRole).isValid());
+}
+
+void TKestrumMTest::untitledPageShowsAPlaceholder()
+{
+    const QString file = makeProject();
+    QVERIFY(m_window->openProject(file));
+    select(2);
+    m_dialogs->answerText(QString());
+    m_window->NodeRenameClick();
+    QCOMPARE(node(2)->caption(), QString());
+    const QModelIndex index = m_window->outlineModel()->indexFor(node(2));
+    QCOMPARE(index.data(Qt::DisplayRole).toString(), QStringLiteral("{untitled}"));
+    QCOMPARE(index.data(Qt::EditRole).toString(), QString());
+    QCOMPARE(index.data(Qt::ForegroundRole).value<QBrush>().color(),
+             OutlineItemModel::untitledColour());
+    QVERIFY(OutlineItemModel::untitledColour() !=
+            m_window->outlineView()->palette().color(QPalette::Active, QPalette::Text));
+    // Editing the title again starts from the empty caption, not from the placeholder.
+    m_dialogs->answerText(std::nullopt);
+    m_window->NodeRenameClick();
+    QCOMPARE(m_dialogs->lastInitialText(), QString());
+    // A colour mark is shown on the placeholder as on any caption.
+    action("Red1")->trigger();
+    QCOMPARE(index.data(Qt::ForegroundRole).value<QBrush>().color(), QColor(255, 0, 0));
+    // Only the caption shown changes: the stored outline keeps it empty.
+    m_window->closeProject();
+    QVERIFY(m_window->openProject(file));
+    QCOMPARE(node(2)->caption(), QString());
+    QCOMPARE(m_window->outlineModel()->indexFor(node(1)).data().toString(), QStringLiteral("Text"));
 }
 
 void TKestrumMTest::moveCommandsAndDragDrop()

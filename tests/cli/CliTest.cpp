@@ -281,12 +281,12 @@ void CliTest::recoverPutsPagesWithoutAnItemUnderAFolder()
     QCOMPARE(run({"outline", "r.kst", "delete", "1"}).code, 0);
     const Result recovered = run({"recover", "r.kst"});
     QCOMPARE(recovered.code, 0);
-    // Page 2's PageInfo is a bare title: no third field, no caption.
-    QCOMPARE(recovered.out, QByteArray("2\t2\t0\t2\t\n3\t2\t3\t3\tPicture\n"));
+    // Page 2's PageInfo is the bare title it was made with: that title is its caption.
+    QCOMPARE(recovered.out, QByteArray("2\t2\t0\t2\tSecond document\n3\t2\t3\t3\tPicture\n"));
     QVERIFY(recovered.err.contains("2 page(s) recovered"));
     QCOMPARE(run({"tree", "r.kst"}).out,
              QByteArray("0\t0\t10\t0\tProject name\n1\t1\t11\t-1\tRecovered items\n"
-                        "2\t2\t0\t2\t\n3\t2\t3\t3\tPicture\n"));
+                        "2\t2\t0\t2\tSecond document\n3\t2\t3\t3\tPicture\n"));
 
     // Nothing left to recover: nothing printed and nothing written.
     QFile file(path(QStringLiteral("r.kst")));

@@ -56,6 +56,8 @@ private slots:
     void anOutlineChangedElsewhereDropsTheHistory();
     void failedUndoLeavesEverythingAndCanBeRetried();
     void recoverBringsBackPagesWithoutANode();
+    void recoveredCaptionIsNeverBlank_data();
+    void recoveredCaptionIsNeverBlank();
     void recoverAddsNothingWhenEveryPageHasANode();
 
 private:
@@ -379,6 +381,9 @@ void OutlineHistoryTest::recoverBringsBackPagesWithoutANode()
     QCOMPARE(folder->data(), -1);
     QCOMPARE(added[0]->data(), b);
     QCOMPARE(added[1]->data(), c1);
+    // Pages made here carry a plain title, no TAB fields: it is their caption.
+    QCOMPARE(added[0]->caption(), QStringLiteral("B"));
+    QCOMPARE(added[1]->caption(), QStringLiteral("C1"));
     QCOMPARE(added[2]->data(), hosted);
     QCOMPARE(added[2]->caption(), QStringLiteral("From the host"));
     QCOMPARE(added[2]->imageIndex(), 4);
@@ -405,6 +410,37 @@ void OutlineHistoryTest::recoverBringsBackPagesWithoutANode()
     QCOMPARE(folders, 1);
     QVERIFY(m_commands->undo());
     QCOMPARE(state(), before);
+}
+
+void OutlineHistoryTest::recoveredCaptionIsNeverBlank_data()
+{
+    QTest::addColumn<QString>("info");
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("host fields") << "Tavlo\tInterviews\tCodes by case\tx"
+                                 << "Codes by case";
+    QTest::newRow("three fields") << "a\tb\tc"
+                                  << "c";
+    QTest::newRow("plain title") << "Remote work"
+                                 << "Remote work";
+    QTest::newRow("title with spaces around") << "  Remote work \r\n"
+                                              << "Remote work";
+    QTest::newRow("blank third field") << "Tavlo\tInterviews\t \tx"
+                                       << "Tavlo";
+    QTest::newRow("two fields") << "\tSecond"
+                                << "Second";
+    QTest::newRow("lines") << "\n  First line\nSecond line"
+                           << "First line";
+    QTest::newRow("only tabs") << "\t\t\t"
+                               << "Page 42";
+    QTest::newRow("empty") << ""
+                           << "Page 42";
+}
+
+void OutlineHistoryTest::recoveredCaptionIsNeverBlank()
+{
+    QFETCH(QString, info);
+    QFETCH(QString, caption);
+    QCOMPARE(OutlineCommands::recoveredCaption(42, info), caption);
 }
 
 void OutlineHistoryTest::recoverAddsNothingWhenEveryPageHasANode()

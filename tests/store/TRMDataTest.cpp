@@ -395,7 +395,7 @@ void TRMDataTest::companionSettingsFile()
               "[OPTIONS]\r\nPublic File Name=C:\\Reports\\Remote work.kst\r\n");
     data.DBOpen(file);
     QCOMPARE(data.publicFileName(), QStringLiteral("C:\\Reports\\Remote work.kst"));
-    QCOMPARE(data.windowTitle(), QStringLiteral("Kestrum - C:\\REPORTS\\REMOTE WORK.KST"));
+    QCOMPARE(data.windowTitle(), QStringLiteral("Kestrum - REMOTE WORK.KST"));
     data.AppendFile(source, data.outline().root(), true);
     kestrum::common::IniFile ini(path(QStringLiteral("Interviews.Wpj")));
     QVERIFY(ini.load());
