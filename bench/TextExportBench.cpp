@@ -37,8 +37,8 @@ const QByteArray& largePage(int mib)
           "{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}\\listid1}}"
           "{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\n";
     static const std::array<const char*, 12> words = {
-        "participants", "described", "weekly", "rhythm",   "meetings",  "central",
-        "belonging",    "newcomers", "isolation", "colleagues", "hybrid", "work"};
+        "participants", "described", "weekly",    "rhythm",     "meetings", "central",
+        "belonging",    "newcomers", "isolation", "colleagues", "hybrid",   "work"};
     QRandomGenerator random(7);
     const qint64 target = mib * kMiB;
     for (int paragraph = 0; out.size() < target; ++paragraph) {
@@ -99,9 +99,9 @@ void BM_ExportLargePage(benchmark::State& state)
     }
     state.SetLabel(kFormats[state.range(1)]);
     state.SetBytesProcessed(state.iterations() * page.content.size());
-    state.counters["s_per_MiB"] = benchmark::Counter(
-        double(state.range(0)), benchmark::Counter::kIsIterationInvariantRate |
-                                    benchmark::Counter::kInvert);
+    state.counters["s_per_MiB"] =
+        benchmark::Counter(double(state.range(0)), benchmark::Counter::kIsIterationInvariantRate |
+                                                       benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_ExportLargePage)
     ->ArgsProduct({{4, 16}, {0, 1, 2, 3}})

@@ -25,8 +25,7 @@ ListItemNumbers::ListItemNumbers(const QTextDocument& document)
 int ListItemNumbers::itemNumber(const QTextBlock& block) const
 {
     const int index = block.blockNumber();
-    return index >= 0 && std::size_t(index) < m_numbers.size() ? m_numbers[std::size_t(index)]
-                                                                : -1;
+    return index >= 0 && std::size_t(index) < m_numbers.size() ? m_numbers[std::size_t(index)] : -1;
 }
 
 QString ListItemNumbers::itemText(const QTextBlock& block) const

@@ -485,8 +485,9 @@ void TextPageDocumentTest::longListsNumberOn()
     // A list long enough to be kept as several lists: its items still number 1..n in every
     // format, and it reads back so from the page's own RTF.
     constexpr int kItems = 700;
-    QByteArray rtf = "{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}"
-                     "\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}";
+    QByteArray rtf =
+        "{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}"
+        "\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}";
     for (int i = 1; i <= kItems; ++i) {
         rtf += "\\pard\\ls1 item" + QByteArray::number(i) + "\\par";
     }
