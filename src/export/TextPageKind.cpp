@@ -14,6 +14,13 @@ namespace {
 
 Result<std::unique_ptr<text::TextPageDocument>> readText(const PageSource& page)
 {
+    constexpr qint64 kMiB = 1024 * 1024;
+    if (page.content.size() > text::TextExporter::kMaxPageBytes) {
+        return fail(QStringLiteral("The page is too large to export: its content is %1 MiB, and "
+                                   "text pages are exported up to %2 MiB.")
+                        .arg((page.content.size() + kMiB - 1) / kMiB)
+                        .arg(text::TextExporter::kMaxPageBytes / kMiB));
+    }
     auto document = std::make_unique<text::TextPageDocument>();
     QString error;
     if (!document->readContent(page.content, &error)) {

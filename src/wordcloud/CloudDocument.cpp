@@ -125,13 +125,14 @@ public:
             warn(QStringLiteral("%1: \"%2\" is not a number; ignored").arg(what, text.left(40)));
             return std::nullopt;
         }
-        if (v < 0.01 || v > 1.0) {
-            const double clamped = qBound(0.01, v, 1.0);
-            warn(QStringLiteral("%1: %2 is outside 0.01 to 1; %3 used")
+        // Kept as read, also outside the 0.01 to 1 that clouds write; only a value no layout
+        // could work with in reasonable time (each failed run lowers it by 0.05) is left out.
+        if (std::abs(v) > CloudDocument::kMaxCoverage) {
+            warn(QStringLiteral("%1: %2 is beyond %3; ignored")
                      .arg(what)
                      .arg(v)
-                     .arg(clamped));
-            return float(clamped);
+                     .arg(CloudDocument::kMaxCoverage));
+            return std::nullopt;
         }
         return float(v);
     }
@@ -360,10 +361,7 @@ std::optional<CloudDocumentData> CloudDocument::read(QIODevice& device, QString*
                         ? QStringLiteral("not an XML document: %1").arg(xml.errorString())
                         : QStringLiteral("not an XML document"));
     }
-    if (xml.name() != kRoot) {
-        return fail(
-            QStringLiteral("not a cloud document: the root element is <%1>").arg(xml.name()));
-    }
+    // The root's name is not checked: its version says what the document is.
     const auto version = xml.attributes().value(QStringLiteral("version"));
     if (version != kVersion) {
         return fail(version.isEmpty()

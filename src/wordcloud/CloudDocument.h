@@ -53,12 +53,15 @@ public:
     static constexpr int kMaxTextLength = 1000;
     static constexpr qint32 kMaxFontSize = 4096;
     static constexpr qint32 kMaxCoordinate = 1000000;
+    static constexpr double kMaxCoverage = 10.0;
 
     static QByteArray write(const CloudDocumentData& data);
 
     // Reads at most kMaxBytes from `device`. Refuses (nullopt, *error set) bytes that are not a
-    // well-formed document with a "WordCloud" root of version "1.0"; out-of-range values are
-    // clamped or left out, each with a line in *warnings.
+    // well-formed document whose root (of any name) has version "1.0"; out-of-range values are
+    // clamped or left out, each with a line in *warnings. "Coverage" is kept as read within
+    // kMaxCoverage either side of 0; a "Gradient" is read whether or not a "Palette" is there
+    // (the cloud uses it only without one).
     static std::optional<CloudDocumentData> read(QIODevice& device, QString* error,
                                                  QStringList* warnings);
 };

@@ -48,25 +48,27 @@ void CloudDocumentMapping::apply(TprWordCloud& cloud, const CloudDocumentData& d
         cloud.m_backgroundColor = *doc.backgroundColor;
     }
     if (doc.coverage) {
-        cloud.SetCoverage(*doc.coverage);
+        // As read, not brought into the range the options dialog offers.
+        cloud.m_coverage = *doc.coverage;
     }
     if (doc.shadow) {
         cloud.SetShadow(*doc.shadow);
     }
     if (doc.palette) {
+        // A palette document's "Gradient", if it has one, is not read.
         cloud.m_palette = quint8(*doc.palette);
         cloud.m_usePalette = true;
     } else {
         cloud.m_usePalette = false;
-    }
-    if (doc.startColor) {
-        cloud.m_gradient.SetStartColor(*doc.startColor);
-    }
-    if (doc.middleColor) {
-        cloud.m_gradient.SetMiddleColor(*doc.middleColor);
-    }
-    if (doc.endColor) {
-        cloud.m_gradient.SetEndColor(*doc.endColor);
+        if (doc.startColor) {
+            cloud.m_gradient.SetStartColor(*doc.startColor);
+        }
+        if (doc.middleColor) {
+            cloud.m_gradient.SetMiddleColor(*doc.middleColor);
+        }
+        if (doc.endColor) {
+            cloud.m_gradient.SetEndColor(*doc.endColor);
+        }
     }
     if (doc.fontName) {
         cloud.m_font.name = *doc.fontName;
@@ -158,7 +160,7 @@ void CloudDocumentMapping::adoptLayout(TprWordCloud& to, const TprWordCloud& fro
     for (const auto& source : from.m_words) {
         to.noteWeight(source->Weight());
         auto word = std::make_unique<TprWord>(&to, source->Text(), source->Weight(),
-                                              source->TextColor(), to.m_placeCenter);
+                                              source->TextColor(), source->PlaceCenter());
         word->SetFont(source->Font());
         word->SetBackgroundColor(to.BackgroundColor());
         word->SetShadow(to.m_shadow);

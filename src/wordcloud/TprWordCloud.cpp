@@ -113,10 +113,8 @@ void TprWordCloud::SetCoverage(float coverage)
 
 void TprWordCloud::SetPlaceCenter(bool on)
 {
+    // Words keep the copy they were created with; only words added from now on take this.
     m_placeCenter = on;
-    for (auto& word : m_words) {
-        word->SetPlaceCenter(on);
-    }
 }
 
 TColor TprWordCloud::BackgroundColor() const

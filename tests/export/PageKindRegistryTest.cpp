@@ -2,6 +2,7 @@
 // unchanged, through a real project file, and the registry's rules hold (one entry per kind,
 // every page type claimed once, import extensions and export formats reachable).
 
+#include "editors/text/TextExporter.h"
 #include "export/PageExports.h"
 #include "store/PageDocument.h"
 #include "store/PageTable.h"
@@ -138,6 +139,34 @@ private slots:
         QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("x.pdfx"))));
         const Status written = exports::exportPage(page, dir.filePath(QStringLiteral("x.csv")));
         QVERIFY2(written, qPrintable(written.error()));
+    }
+
+    void oversizeTextPagesAreRefusedBeforeReading()
+    {
+        // Over the bound by one byte; refused before any of it is read, in every format and
+        // for the report's pieces alike, with the bound in the message.
+        exports::PageSource page;
+        page.pageId = 9;
+        page.pageType = store::PageType::TextVariant6;
+        page.content = "{\\rtf1 ";
+        page.content.append(QByteArray(text::TextExporter::kMaxPageBytes - 7, 'w'));
+        page.content.append('}');
+        QCOMPARE(page.content.size(), text::TextExporter::kMaxPageBytes + 1);
+        QTemporaryDir dir;
+        for (const QString& extension : exports::exportExtensions(page.pageType)) {
+            const QString out = dir.filePath(QStringLiteral("big.") + extension);
+            const Status status = exports::exportPage(page, out);
+            QVERIFY2(!status, qPrintable(extension));
+            QVERIFY2(status.error().contains(QLatin1String("too large to export")) &&
+                         status.error().contains(QLatin1String("65 MiB")) &&
+                         status.error().contains(QLatin1String("up to 64 MiB")),
+                     qPrintable(status.error()));
+            QVERIFY(!QFileInfo::exists(out));
+        }
+        const exports::PageExports& pieces = exports::coreKind(store::EditorKind::Text)->exports;
+        QVERIFY(!pieces.text(page));
+        QVERIFY(!pieces.rtf(page));
+        QVERIFY(!pieces.html(page, {}));
     }
 
     void textAndGridGiveReportPiecesAndSearchableText()

@@ -67,6 +67,7 @@ private slots:
     void elementsComeInTheirOrder();
     void paletteCloudHasNoGradient();
     void missingElementsKeepTheOptions();
+    void readAsStored();
     void fontTextIsSplitAtCommas();
     void loadFitScalesIntoTheCurrentArea_data();
     void loadFitScalesIntoTheCurrentArea();
@@ -221,6 +222,38 @@ void CloudDocumentTest::missingElementsKeepTheOptions()
     QCOMPARE(cloud.WordCount(), 0);
 }
 
+void CloudDocumentTest::readAsStored()
+{
+    TprWordCloud cloud;
+    // "Coverage" as read, also outside the range the options dialog offers.
+    for (const float coverage : {1.5f, 0.005f, 0.0f, -0.25f, 10.0f}) {
+        cloud.SetCoverage(0.6f);
+        QVERIFY(load(cloud, document("<Coverage>" + QByteArray::number(coverage) + "</Coverage>")));
+        QCOMPARE(cloud.Coverage(), coverage);
+        QVERIFY(cloud.LoadWarnings().isEmpty());
+    }
+    // With a "Palette" the "Gradient" is not read, wherever it stands.
+    cloud.Gradient().SetStartColor(0x111111);
+    cloud.Gradient().SetEndColor(0x222222);
+    QVERIFY(load(cloud, document("<Gradient><StartColor>255</StartColor><EndColor>65280"
+                                 "</EndColor></Gradient><Palette>3</Palette>")));
+    QVERIFY(cloud.UsePalette());
+    QCOMPARE(cloud.Palette(), quint8(3));
+    QCOMPARE(cloud.Gradient().StartColor(), 0x111111);
+    QCOMPARE(cloud.Gradient().EndColor(), 0x222222);
+    // Without one it is.
+    QVERIFY(load(cloud, document("<Gradient><StartColor>255</StartColor></Gradient>")));
+    QVERIFY(!cloud.UsePalette());
+    QCOMPARE(cloud.Gradient().StartColor(), 0x0000FF);
+    QCOMPARE(cloud.Gradient().EndColor(), 0x222222);
+    // The root's name is not checked; its version is.
+    QVERIFY(load(cloud, "<Cloud version=\"1.0\"><Shadow>false</Shadow><Words>" +
+                            word("team", "5", "5", "0;0;9;9") + "</Words></Cloud>"));
+    QCOMPARE(cloud.Shadow(), false);
+    QCOMPARE(cloud.WordCount(), 1);
+    QVERIFY(!load(cloud, "<Cloud version=\"2.0\"/>"));
+}
+
 void CloudDocumentTest::fontTextIsSplitAtCommas()
 {
     TprWordCloud cloud;
@@ -306,8 +339,6 @@ void CloudDocumentTest::refusedDocuments_data()
                              << QStringLiteral("not an XML");
     QTest::newRow("plain text") << QByteArray("team\t5\nremote\t3\n")
                                 << QStringLiteral("not an XML");
-    QTest::newRow("other root") << QByteArray("<Cloud version=\"1.0\"/>")
-                                << QStringLiteral("root element is <Cloud>");
     QTest::newRow("no version") << QByteArray("<WordCloud><Coverage>0.5</Coverage></WordCloud>")
                                 << QStringLiteral("no version");
     QTest::newRow("version 2.0") << document("<Coverage>0.5</Coverage>", "2.0")
@@ -345,8 +376,9 @@ void CloudDocumentTest::clampedValues_data()
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QString>("warning");
     QTest::addColumn<int>("words");
-    QTest::newRow("coverage above 1")
-        << QByteArray("<Coverage>7.5</Coverage>") << QStringLiteral("Coverage: 7.5") << 0;
+    QTest::newRow("coverage beyond 10")
+        << QByteArray("<Coverage>750</Coverage>")
+        << QStringLiteral("Coverage: 750 is beyond 10; ignored") << 0;
     QTest::newRow("coverage NaN") << QByteArray("<Coverage>nan</Coverage>")
                                   << QStringLiteral("not a number") << 0;
     QTest::newRow("font size of a million")

@@ -3,6 +3,7 @@
 #include "common/Rounding.h"
 #include "wordcloud/TprWordCloud.h"
 
+#include <QBuffer>
 #include <QFontMetricsF>
 #include <QtTest>
 
@@ -34,6 +35,7 @@ private slots:
     void addWordRefusals_data();
     void addWordRefusals();
     void maxAndMinWeightFollowAddedWords();
+    void placeCenterIsCopiedAtCreation();
     void heavyWeightsAreCappedAt1024();
     void textExtentUsesThreeQuartersOfTheHeight();
     void paddingIsRoundedHalfToEven_data();
@@ -93,6 +95,43 @@ void WordWeightingTest::maxAndMinWeightFollowAddedWords()
     QCOMPARE(cloud.WordCount(), 0);
     QCOMPARE(cloud.MaxWeight(), 0);
     QCOMPARE(cloud.MinWeight(), 2147483647);
+}
+
+void WordWeightingTest::placeCenterIsCopiedAtCreation()
+{
+    TprWordCloud cloud;
+    cloud.SetClientSize(QSize(220, 120)); // area 10..210 x 10..110, centre (110, 60)
+    cloud.AddWord(QStringLiteral("centred"), 20);
+    cloud.SetPlaceCenter(false);
+    cloud.AddWord(QStringLiteral("random"), 10);
+    // The first word keeps the copy it got: it still starts at the centre.
+    QVERIFY(cloud.Word(0)->PlaceCenter());
+    QVERIFY(!cloud.Word(1)->PlaceCenter());
+    TprWord* centred = cloud.Word(0);
+    const qint32 w = centred->BoundsRect().width();
+    const qint32 h = centred->BoundsRect().height();
+    centred->SetStartingPosition();
+    QCOMPARE(centred->BoundsRect(),
+             (CloudRect{110 - halfUp(w), 60 - halfUp(h), 110 + halfUp(w), 60 + halfUp(h)}));
+
+    // Words read from a document take the cloud's option at that moment, and keep it.
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    cloud.SaveToStream(buffer);
+    TprWordCloud loaded;
+    loaded.SetPlaceCenter(false);
+    buffer.close();
+    buffer.open(QIODevice::ReadOnly);
+    QVERIFY(loaded.LoadFromStream(buffer));
+    loaded.SetPlaceCenter(true);
+    QCOMPARE(loaded.WordCount(), 2);
+    for (const auto& word : loaded.Words()) {
+        QVERIFY(!word->PlaceCenter());
+    }
+    // A cloud that takes over another's layout takes its words' copies too.
+    loaded.AdoptLayout(cloud);
+    QVERIFY(loaded.Word(0)->PlaceCenter());
+    QVERIFY(!loaded.Word(1)->PlaceCenter());
 }
 
 void WordWeightingTest::heavyWeightsAreCappedAt1024()

@@ -95,7 +95,11 @@ QString ListNumbering::itemText(const QTextBlock& block)
     default:
         break;
     }
-    const int number = start(format) + list->itemNumber(block);
+    return markerText(format, start(format) + list->itemNumber(block));
+}
+
+QString ListNumbering::markerText(const QTextListFormat& format, int number)
+{
     const QString suffix = format.hasProperty(QTextFormat::ListNumberSuffix) ? format.numberSuffix()
                                                                              : QStringLiteral(".");
     return format.numberPrefix() + numberText(format.style(), number) + suffix;

@@ -18,6 +18,9 @@ public:
     // The marker of a list item as it shows: "7." for the first item of a list that starts
     // at 7; the bullet character for bulleted lists. Empty for a block outside lists.
     static QString itemText(const QTextBlock& block);
+    // The marker of the item numbered `number` in a numbered list of this format: prefix,
+    // number in the list style, suffix ("." unless the format has one).
+    static QString markerText(const QTextListFormat& format, int number);
 
     // `number` written in the list style (decimal, letters, roman numerals), without the
     // prefix and suffix.

@@ -1,6 +1,7 @@
 #include "RtfDocumentBuilder.h"
 
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/TextProperties.h"
 
 #include <QTextDocument>
@@ -19,6 +20,10 @@ constexpr int kListIndentTwips = 600;
 namespace {
 
 constexpr int kMaxOpenBookmarks = 10000;
+// A text document's list does work in proportion to its length for every item added to it, so
+// one long list would take time that grows with the square of its length: a list goes on as a
+// new list, numbered on from where it stopped, after this many items.
+constexpr int kMaxListItems = 256;
 constexpr int kDefaultCellWidth = 1440;
 
 } // namespace
@@ -261,7 +266,11 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
         if (list && paragraph.listContinuesOnlyAdjacent && m_previousListKey != paragraph.listKey) {
             list = nullptr;
         }
-        if (list) {
+        if (list && list->count() >= kMaxListItems) {
+            QTextListFormat next = list->format();
+            ListNumbering::setStart(next, ListNumbering::start(next) + list->count());
+            m_lists.insert(paragraph.listKey, m_cursor.createList(next));
+        } else if (list) {
             list->add(m_cursor.block());
         } else {
             m_lists.insert(paragraph.listKey, m_cursor.createList(paragraph.list));

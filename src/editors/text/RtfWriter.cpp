@@ -1,7 +1,6 @@
 #include "RtfWriter.h"
 
 #include "editors/text/HiddenTextObject.h"
-#include "editors/text/ListNumbering.h"
 #include "editors/text/RtfFootnoteWriter.h"
 #include "editors/text/RtfListTableWriter.h"
 #include "editors/text/RtfPictureWriter.h"
@@ -549,7 +548,10 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
             marker = QChar(0x25AA);
             break;
         default:
-            marker = ListNumbering::itemText(block);
+            if (!m_itemNumbers) {
+                m_itemNumbers.emplace(m_document);
+            }
+            marker = m_itemNumbers->itemText(block);
             break;
         }
         m_rtf.words("{\\listtext\\pard\\plain");

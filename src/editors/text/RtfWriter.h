@@ -2,6 +2,7 @@
 
 #include "common/RtfEmitter.h"
 #include "editors/text/ColourTable.h"
+#include "editors/text/ListItemNumbers.h"
 #include "editors/text/PageLayout.h"
 #include "editors/text/RtfFootnoteWriter.h"
 
@@ -10,6 +11,8 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 class QTextBlock;
 class QTextCharFormat;
@@ -81,6 +84,7 @@ private:
     QHash<QString, int> m_fontIndex;
     QHash<const QTextList*, int> m_lists; // list -> \ls number
     QList<const QTextList*> m_listOrder;
+    std::optional<ListItemNumbers> m_itemNumbers; // counted when the first marker is written
     int m_defaultHalfPoints = 22;
 
     CharProps m_current;

@@ -2,6 +2,7 @@
 
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListItemNumbers.h"
 #include "editors/text/ListNumbering.h"
 #include "editors/text/RtfWriter.h"
 #include "editors/text/TextProperties.h"
@@ -73,9 +74,10 @@ void addListStarts(const QTextDocument& document, QString& html)
 {
     std::vector<int> starts;
     bool any = false;
+    const ListItemNumbers numbers(document);
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextList* list = block.textList();
-        if (list && list->itemNumber(block) == 0) {
+        if (list && numbers.itemNumber(block) == 0) {
             starts.push_back(ListNumbering::start(list->format()));
             any = any || starts.back() != 1;
         }
@@ -101,7 +103,7 @@ void addListStarts(const QTextDocument& document, QString& html)
     html = out;
 }
 
-QString plainBlockText(const QTextBlock& block)
+QString plainBlockText(const QTextBlock& block, const ListItemNumbers& numbers)
 {
     QString text = block.text();
     text.remove(QChar::ObjectReplacementCharacter);
@@ -119,7 +121,7 @@ QString plainBlockText(const QTextBlock& block)
             marker = QChar(0x25E6);
             break;
         default:
-            marker = ListNumbering::itemText(block);
+            marker = numbers.itemText(block);
             break;
         }
         // Each level below the first is indented by four spaces more.
@@ -130,7 +132,8 @@ QString plainBlockText(const QTextBlock& block)
     return text;
 }
 
-void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringList& lines)
+void plainFrame(const QTextDocument& document, const ListItemNumbers& numbers,
+                const QTextFrame* frame, QStringList& lines)
 {
     for (auto it = frame->begin(); !it.atEnd(); ++it) {
         if (const QTextFrame* child = it.currentFrame()) {
@@ -143,7 +146,7 @@ void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringL
                         if (cell.row() == r) {
                             for (QTextBlock b = document.findBlock(cell.firstPosition());
                                  b.isValid() && b.position() <= cell.lastPosition(); b = b.next()) {
-                                parts << plainBlockText(b);
+                                parts << plainBlockText(b, numbers);
                             }
                         }
                         cells << parts.join(QLatin1Char(' '))
@@ -153,12 +156,35 @@ void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringL
                     lines << cells.join(QLatin1Char('\t'));
                 }
             } else {
-                plainFrame(document, child, lines);
+                plainFrame(document, numbers, child, lines);
             }
         } else {
-            lines << plainBlockText(it.currentBlock());
+            lines << plainBlockText(it.currentBlock(), numbers);
         }
     }
+}
+
+// The hidden runs of a document as (position, length), in document order; at most `limit`.
+std::vector<std::pair<int, int>> hiddenRuns(const QTextDocument& document,
+                                            std::size_t limit = std::size_t(-1))
+{
+    std::vector<std::pair<int, int>> runs;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (!HiddenTextObject::isHidden(fragment.charFormat())) {
+                continue;
+            }
+            if (!runs.empty() && runs.back().first + runs.back().second == fragment.position()) {
+                runs.back().second += fragment.length();
+            } else if (runs.size() == limit) {
+                return runs;
+            } else {
+                runs.emplace_back(fragment.position(), fragment.length());
+            }
+        }
+    }
+    return runs;
 }
 
 } // namespace
@@ -191,31 +217,38 @@ std::unique_ptr<QTextDocument> TextExporter::visibleCopy(const QTextDocument& do
             copy->addResource(QTextDocument::ImageResource, QUrl(image.name()), resource);
         }
     }
-    // Hidden runs are object characters: remove them from the end backwards.
-    std::vector<int> positions;
-    for (QTextBlock block = copy->begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (HiddenTextObject::isHidden(fragment.charFormat())) {
-                for (int i = 0; i < fragment.length(); ++i) {
-                    positions.push_back(fragment.position() + i);
-                }
-            }
-        }
-    }
+    // Hidden runs are object characters: remove them run by run from the end backwards (the
+    // positions before a removal stay put), with no undo history to keep.
+    copy->setUndoRedoEnabled(false);
+    const std::vector<std::pair<int, int>> runs = hiddenRuns(*copy);
     QTextCursor cursor(copy.get());
-    for (auto it = positions.rbegin(); it != positions.rend(); ++it) {
-        cursor.setPosition(*it);
-        cursor.setPosition(*it + 1, QTextCursor::KeepAnchor);
+    // One edit block: a cursor outside one lays its paragraph out at every move.
+    cursor.beginEditBlock();
+    for (auto it = runs.rbegin(); it != runs.rend(); ++it) {
+        cursor.setPosition(it->first);
+        cursor.setPosition(it->first + it->second, QTextCursor::KeepAnchor);
         cursor.removeSelectedText();
     }
+    cursor.endEditBlock();
     return copy;
+}
+
+const QTextDocument& TextExporter::visibleText(const QTextDocument& document,
+                                               std::unique_ptr<QTextDocument>& holder)
+{
+    if (hiddenRuns(document, 1).empty()) {
+        // Copying a document costs as much as reading it again: only when there is hidden text.
+        return document;
+    }
+    holder = visibleCopy(document);
+    return *holder;
 }
 
 QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportOptions& options,
                                 QString* error)
 {
-    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    std::unique_ptr<QTextDocument> holder;
+    const QTextDocument* copy = &visibleText(document, holder);
     QString html = copy->toHtml();
     addListStarts(*copy, html);
 
@@ -310,20 +343,22 @@ QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportO
 
 QString TextExporter::toPlainText(const QTextDocument& document)
 {
-    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    std::unique_ptr<QTextDocument> copy;
+    const QTextDocument& visible = visibleText(document, copy);
     QStringList lines;
-    plainFrame(*copy, copy->rootFrame(), lines);
+    plainFrame(visible, ListItemNumbers(visible), visible.rootFrame(), lines);
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
 bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileName, QString* error)
 {
-    const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
+    std::unique_ptr<QTextDocument> copy;
+    const QTextDocument& visible = visibleText(document, copy);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QTextDocumentWriter writer(&buffer, "odf");
-    if (!writer.write(copy.get())) {
+    if (!writer.write(&visible)) {
         if (error) {
             *error = QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName);
         }

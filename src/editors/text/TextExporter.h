@@ -38,6 +38,11 @@ public:
         Odt
     };
 
+    // Text pages whose stored content is larger than this are not exported: reading and writing
+    // take time in proportion to the size, and memory about fifteen times the size for the
+    // largest formats.
+    static constexpr qint64 kMaxPageBytes = qint64(64) * 1024 * 1024;
+
     // The format of a file suffix ("rtf", "htm", "html", "txt", "odt"), if any.
     static std::optional<Format> formatForSuffix(const QString& suffix);
 
@@ -57,6 +62,9 @@ public:
 
     // A copy without hidden text, pictures kept.
     static std::unique_ptr<QTextDocument> visibleCopy(const QTextDocument& document);
+    // The document itself when it has no hidden text, else its visible copy kept in `holder`.
+    static const QTextDocument& visibleText(const QTextDocument& document,
+                                            std::unique_ptr<QTextDocument>& holder);
 };
 
 } // namespace kestrum::text

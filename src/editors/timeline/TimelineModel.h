@@ -40,7 +40,7 @@ constexpr int kSelectedEventSize = 12;
 
 // A font as the timeline keeps it: the name is kept as written even where the machine draws
 // another face.
-struct FontSpec
+struct FontStyle
 {
     QString name = QStringLiteral("Segoe UI");
     double pointSize = 8;
@@ -50,7 +50,7 @@ struct FontSpec
     bool strikeOut = false;
     TColor colour = common::clBlack;
 
-    bool operator==(const FontSpec&) const = default;
+    bool operator==(const FontStyle&) const = default;
 };
 
 // One dated event (an indicator): a marker on the bar with its annotation balloon.
@@ -105,8 +105,8 @@ struct TimelineModel
     int subDivisions = 1;
     QString divisionFormat = QStringLiteral("yyyy");
     QString subDivisionFormat = QStringLiteral("yyyy");
-    FontSpec divisionFont;
-    FontSpec subDivisionFont;
+    FontStyle divisionFont;
+    FontStyle subDivisionFont;
     int divisionTickSize = 8;
     int subDivisionTickSize = 4;
     double scrollStep = 1;
@@ -116,7 +116,7 @@ struct TimelineModel
     TColor backgroundColorTo = 0xFFF0D2;
     TColor barColor = 0xFFEFE3;
     TColor barColorTo = 0xFFD2AF;
-    FontSpec annotationFont;
+    FontStyle annotationFont;
     int verticalMargin = 200;
     int horizontalMargin = 20;
 

@@ -163,14 +163,14 @@ QSize labelSize(const QFontMetrics& fm, const QString& label)
 
 } // namespace
 
-QFont TimelineRenderer::toFont(const FontSpec& spec)
+QFont TimelineRenderer::toFont(const FontStyle& style)
 {
-    QFont f(spec.name);
-    f.setPointSizeF(std::clamp(spec.pointSize, 1.0, 200.0));
-    f.setBold(spec.bold);
-    f.setItalic(spec.italic);
-    f.setUnderline(spec.underline);
-    f.setStrikeOut(spec.strikeOut);
+    QFont f(style.name);
+    f.setPointSizeF(std::clamp(style.pointSize, 1.0, 200.0));
+    f.setBold(style.bold);
+    f.setItalic(style.italic);
+    f.setUnderline(style.underline);
+    f.setStrikeOut(style.strikeOut);
     return f;
 }
 
@@ -322,8 +322,8 @@ void TimelineRenderer::paint(QPainter& p, const TimelineModel& m, QSize size)
     for (const Tick& t : lay.ticks) {
         const bool major = t.major;
         const int tick = std::clamp(major ? m.divisionTickSize : m.subDivisionTickSize, 0, 40);
-        const FontSpec& spec = major ? m.divisionFont : m.subDivisionFont;
-        p.setPen(QPen(colour(spec.colour), 1));
+        const FontStyle& style = major ? m.divisionFont : m.subDivisionFont;
+        p.setPen(QPen(colour(style.colour), 1));
         p.drawLine(t.x, lay.bar.top(), t.x, lay.bar.top() + tick);
         if (t.label.trimmed().isEmpty()) {
             continue;

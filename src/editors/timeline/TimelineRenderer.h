@@ -61,7 +61,7 @@ public:
     static Status savePicture(const TimelineModel& model, QSize size, const QString& fileName,
                               const QString& format);
 
-    static QFont toFont(const FontSpec& spec);
+    static QFont toFont(const FontStyle& style);
 };
 
 } // namespace kestrum::timeline

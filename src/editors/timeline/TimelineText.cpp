@@ -74,7 +74,7 @@ Error colourError(int lineNumber, const QString& text)
 
 } // namespace
 
-QString TimelineText::fontText(const FontSpec& font)
+QString TimelineText::fontText(const FontStyle& font)
 {
     QString out = QLatin1Char(' ') + font.name;
     if (font.bold) {

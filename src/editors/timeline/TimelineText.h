@@ -39,7 +39,7 @@ public:
     static QString decode(const QByteArray& bytes);
 
     // " Segoe UI Bold 9": a blank, the name, " Bold", " Italic", a blank and the point size.
-    static QString fontText(const FontSpec& font);
+    static QString fontText(const FontStyle& font);
     // Field n (1 to 255) of a line; fields past the last TAB are empty.
     static QString field(const QString& line, int n);
     // Replaces every occurrence of `what`, first to last, but only once when `with` contains

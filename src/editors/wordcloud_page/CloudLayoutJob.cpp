@@ -18,7 +18,11 @@ CloudLayoutJob::CloudLayoutJob(const TprWordCloud& source)
     m_cloud.SetRandomSeed(source.RandomSeed());
     m_cloud.SetShadow(source.Shadow());
     for (const auto& word : source.Words()) {
-        m_cloud.AddWord(word->Text(), word->Weight());
+        const int index = m_cloud.AddWord(word->Text(), word->Weight());
+        if (index >= 0) {
+            // Each word starts where its own copy of the start option says.
+            m_cloud.Word(index)->SetPlaceCenter(word->PlaceCenter());
+        }
     }
     // Runs in the layout's thread, before each word.
     QObject::connect(

@@ -2,81 +2,41 @@
 // every chart format, and damaged pages and files are reported.
 
 #include "ChartSamples.h"
+#include "CliProject.h"
+#include "PictureChecks.h"
 #include "editors/chart/ChartStream.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace kestrum::chart;
 
-namespace {
-
-struct Run
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-Run cli(const QStringList& args)
-{
-    QProcess p;
-    p.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
-
-// The page id of an added node: the fourth field of the node line.
-QString addedPage(const Run& run)
-{
-    const QStringList fields = run.out.trimmed().split(QLatin1Char('\t'));
-    return fields.size() >= 4 ? fields[3] : QString();
-}
-
-} // namespace
+using kestrum::test::CliProject;
+using Run = kestrum::test::CliRunner::Result;
 
 class ChartExportPageTest : public QObject
 {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
-    QString m_project;
+    CliProject m_project;
     QString m_page;
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
-        m_project = m_dir.filePath(QStringLiteral("p.kst"));
-        QCOMPARE(cli({QStringLiteral("new"), m_project}).code, 0);
-        const QString wsx = m_dir.filePath(QStringLiteral("Frequencies.WSX"));
-        writeFile(wsx, ChartStream::write(samples::grouped()));
-        const Run add = cli({QStringLiteral("add"), m_project, wsx});
+        QVERIFY(m_project.valid());
+        QVERIFY(m_project.create());
+        const QString wsx = m_project.file(QStringLiteral("Frequencies.WSX"));
+        QVERIFY(CliProject::writeFile(wsx, ChartStream::write(samples::grouped())));
+        Run add;
+        m_page = m_project.add(wsx, &add);
         QVERIFY2(add.code == 0, qPrintable(add.err));
-        QVERIFY2(add.out.contains(QLatin1String("\t2\t")), qPrintable(add.out)); // image index 2
-        m_page = addedPage(add);
+        QVERIFY2(add.text().contains(QLatin1String("\t2\t")), add.out.constData()); // image index 2
         QVERIFY(!m_page.isEmpty());
-        const Run cat = cli({QStringLiteral("cat"), m_project, m_page});
-        QCOMPARE(cat.code, 0);
     }
 
     void everyFormat_data()
@@ -95,25 +55,31 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, start);
-        const QString out = m_dir.filePath(name);
-        const Run run = cli({QStringLiteral("export-page"), m_project, m_page, out});
+        const Run run = m_project.exportPage(m_page, name);
         QVERIFY2(run.code == 0, qPrintable(run.err));
-        const QByteArray bytes = readFile(out);
+        const QByteArray bytes = CliProject::readFile(m_project.file(name));
         QVERIFY2(bytes.startsWith(start), bytes.left(16).toHex().constData());
         if (name == QLatin1String("c.wsx")) {
             QCOMPARE(bytes, ChartStream::write(samples::grouped())); // the page as added
         }
-        if (name == QLatin1String("c.png")) {
-            QImage image;
-            QVERIFY(image.loadFromData(bytes));
+        if (name.endsWith(QLatin1String(".svg"))) {
+            // The chart's title and series names are in the drawing.
+            QVERIFY(bytes.contains("<svg"));
+            QVERIFY(bytes.contains("Code frequencies"));
+            QVERIFY(bytes.contains("Newcomers"));
+        }
+        if (!name.endsWith(QLatin1String(".wsx")) && !name.endsWith(QLatin1String(".svg")) &&
+            !name.endsWith(QLatin1String(".pdf"))) {
+            // Every picture reads back at the chart's size and shows the chart.
+            const QImage image = QImage::fromData(bytes);
             QCOMPARE(image.size(), QSize(800, 500));
+            QVERIFY(kestrum::test::showsSomething(image));
         }
     }
 
     void unknownExtensionListsTheFormats()
     {
-        const Run run = cli({QStringLiteral("export-page"), m_project, m_page,
-                             m_dir.filePath(QStringLiteral("c.csv"))});
+        const Run run = m_project.exportPage(m_page, QStringLiteral("c.csv"));
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(QLatin1String(".wsx .png .jpg .jpeg .bmp .svg .pdf")),
                  qPrintable(run.err));
@@ -121,33 +87,28 @@ private slots:
 
     void damagedPageIsReported()
     {
-        const QString bad = m_dir.filePath(QStringLiteral("bad.bin"));
         QByteArray bytes = ChartStream::write(samples::grouped());
         bytes.chop(3);
-        writeFile(bad, bytes);
-        const Run put = cli({QStringLiteral("put"), m_project, QStringLiteral("--type"),
-                             QStringLiteral("2"), QStringLiteral("--info"),
-                             QStringLiteral("Broken"), QStringLiteral("--content"), bad});
-        QCOMPARE(put.code, 0);
-        const QString out = m_dir.filePath(QStringLiteral("broken.png"));
-        const Run run = cli({QStringLiteral("export-page"), m_project, put.out.trimmed(), out});
+        const QString page = m_project.put(2, QStringLiteral("Broken"), bytes);
+        QVERIFY(!page.isEmpty());
+        const Run run = m_project.exportPage(page, QStringLiteral("broken.png"));
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(QLatin1String("damaged chart stream")), qPrintable(run.err));
-        QVERIFY(!QFile::exists(out));
+        QVERIFY(!QFile::exists(m_project.file(QStringLiteral("broken.png"))));
     }
 
     void unreadableChartFileStillMakesAPage()
     {
-        const QString tee = m_dir.filePath(QStringLiteral("legacy.tee"));
-        writeFile(tee, QByteArray("TPFO\x03\x00 something else", 20));
-        const Run add = cli({QStringLiteral("add"), m_project, tee});
+        const QString tee = m_project.file(QStringLiteral("legacy.tee"));
+        QVERIFY(CliProject::writeFile(tee, QByteArray("TPFO\x03\x00 something else", 20)));
+        Run add;
+        const QString page = m_project.add(tee, &add);
         QVERIFY2(add.err.contains(QLatin1String("not a chart stream")), qPrintable(add.err));
-        const QString page = addedPage(add);
-        QVERIFY2(!page.isEmpty(), qPrintable(add.out));
-        const QString out = m_dir.filePath(QStringLiteral("legacy.wsx"));
-        const Run run = cli({QStringLiteral("export-page"), m_project, page, out});
+        QVERIFY2(!page.isEmpty(), add.out.constData());
+        const Run run = m_project.exportPage(page, QStringLiteral("legacy.wsx"));
         QVERIFY2(run.code == 0, qPrintable(run.err));
-        QCOMPARE(readFile(out), ChartStream::write(Chart()));
+        QCOMPARE(CliProject::readFile(m_project.file(QStringLiteral("legacy.wsx"))),
+                 ChartStream::write(Chart()));
     }
 };
 

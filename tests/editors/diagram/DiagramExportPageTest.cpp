@@ -1,74 +1,31 @@
 // kestrum-cli export-page on the demo's concept diagram: every picture format by extension,
 // and the failures.
 
+#include "CliProject.h"
+#include "PictureChecks.h"
+
 #include <QFile>
 #include <QImage>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
-namespace {
-
-struct Run
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-Run cli(const QStringList& args)
-{
-    QProcess p;
-    p.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-} // namespace
+using kestrum::test::CliProject;
+using Run = kestrum::test::CliRunner::Result;
 
 class DiagramExportPageTest : public QObject
 {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
-    QString m_project;
+    CliProject m_project{QStringLiteral("demo.kst")};
     QString m_diagramPage;
-
-    QString putPage(const QByteArray& content)
-    {
-        const QString bad = m_dir.filePath(QStringLiteral("content.bin"));
-        QFile f(bad);
-        f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        f.write(content);
-        f.close();
-        const Run put = cli({QStringLiteral("put"), m_project, QStringLiteral("--type"),
-                             QStringLiteral("12"), QStringLiteral("--info"),
-                             QStringLiteral("Broken"), QStringLiteral("--content"), bad});
-        return put.code == 0 ? put.out.trimmed() : QString();
-    }
+    QSize m_pictureSize;
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
-        m_project = m_dir.filePath(QStringLiteral("demo.kst"));
-        QCOMPARE(cli({QStringLiteral("demo"), m_project}).code, 0);
-        const Run pages = cli({QStringLiteral("pages"), m_project});
-        QCOMPARE(pages.code, 0);
-        for (const QString& line : pages.out.split(QLatin1Char('\n'))) {
-            const QStringList fields = line.split(QLatin1Char('\t'));
-            if (fields.size() >= 4 && fields[1] == QLatin1String("12")) {
-                m_diagramPage = fields[0];
-            }
-        }
+        QVERIFY(m_project.valid());
+        QVERIFY(m_project.createDemo());
+        m_diagramPage = m_project.pageOfType(12);
         QVERIFY(!m_diagramPage.isEmpty());
     }
 
@@ -87,10 +44,9 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, start);
-        const QString out = m_dir.filePath(name);
-        const Run run = cli({QStringLiteral("export-page"), m_project, m_diagramPage, out});
+        const Run run = m_project.exportPage(m_diagramPage, name);
         QVERIFY2(run.code == 0, qPrintable(run.err));
-        const QByteArray bytes = readFile(out);
+        const QByteArray bytes = CliProject::readFile(m_project.file(name));
         QVERIFY2(bytes.startsWith(start), bytes.left(20).toHex().constData());
         QVERIFY(bytes.size() > 1000);
         if (name.endsWith(QLatin1String(".svg"))) {
@@ -98,10 +54,19 @@ private slots:
             QVERIFY(bytes.contains("Belonging"));
             QVERIFY(bytes.contains("Communication rhythms"));
         }
+        if (!name.endsWith(QLatin1String(".svg")) && !name.endsWith(QLatin1String(".pdf"))) {
+            // Every picture reads back, the same size, and shows the diagram.
+            const QImage image = QImage::fromData(bytes);
+            QVERIFY(image.width() > 300 && image.height() > 300);
+            QVERIFY(kestrum::test::showsSomething(image));
+            if (!m_pictureSize.isValid()) {
+                m_pictureSize = image.size();
+            }
+            QCOMPARE(image.size(), m_pictureSize);
+        }
         if (name.endsWith(QLatin1String(".png"))) {
             // The target block is red: some pixel of the picture is.
             const QImage image = QImage::fromData(bytes);
-            QVERIFY(image.width() > 300 && image.height() > 300);
             bool red = false;
             for (int y = 0; y < image.height() && !red; y += 2) {
                 for (int x = 0; x < image.width() && !red; x += 2) {
@@ -115,8 +80,7 @@ private slots:
 
     void unknownExtensionListsTheFormats()
     {
-        const Run run = cli({QStringLiteral("export-page"), m_project, m_diagramPage,
-                             m_dir.filePath(QStringLiteral("d.csv"))});
+        const Run run = m_project.exportPage(m_diagramPage, QStringLiteral("d.csv"));
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(QLatin1String(".png .jpg .jpeg .bmp .svg .pdf")),
                  qPrintable(run.err));
@@ -136,13 +100,12 @@ private slots:
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, message);
-        const QString id = putPage(content);
+        const QString id = m_project.put(12, QStringLiteral("Broken"), content);
         QVERIFY(!id.isEmpty());
-        const QString out = m_dir.filePath(QStringLiteral("broken.png"));
-        const Run run = cli({QStringLiteral("export-page"), m_project, id, out});
+        const Run run = m_project.exportPage(id, QStringLiteral("broken.png"));
         QCOMPARE(run.code, 1);
         QVERIFY2(run.err.contains(message), qPrintable(run.err));
-        QVERIFY(!QFile::exists(out));
+        QVERIFY(!QFile::exists(m_project.file(QStringLiteral("broken.png"))));
     }
 };
 

@@ -1,11 +1,14 @@
 // kestrum-cli export-page on grid pages: every format by extension, and the failures.
 
 #include "CliRunner.h"
+#include "editors/text/TextExporter.h"
+#include "editors/text/TextPageDocument.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 
 namespace {
 
@@ -77,6 +80,24 @@ private slots:
         const QByteArray bytes = readFile(out); // written as named: the extension is kept
         QVERIFY2(bytes.startsWith(start), bytes.left(40).constData());
         QVERIFY(bytes.size() > 200);
+        // The RTF and HTML tables read back as a table whose first row is the header row.
+        QString text;
+        if (name.endsWith(QLatin1String(".doc"))) {
+            kestrum::text::TextPageDocument page;
+            QString error;
+            QVERIFY2(page.readContent(bytes, &error), qPrintable(error));
+            text = kestrum::text::TextExporter::toPlainText(*page.textDocument());
+        } else if (name.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive) ||
+                   name.endsWith(QLatin1String(".html"), Qt::CaseInsensitive)) {
+            QTextDocument document;
+            document.setHtml(QString::fromUtf8(bytes));
+            text = kestrum::text::TextExporter::toPlainText(document);
+        }
+        const bool table = name.endsWith(QLatin1String(".doc")) ||
+                           name.contains(QLatin1String(".htm"), Qt::CaseInsensitive);
+        if (table) {
+            QVERIFY2(text.contains(QLatin1String("Code\tLogistics\tSoftware")), qPrintable(text));
+        }
     }
 
     void unknownExtensionListsTheFormats()
@@ -132,5 +153,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(GridExportPageTest)
+QTEST_MAIN(GridExportPageTest)
 #include "GridExportPageTest.moc"

@@ -1,10 +1,17 @@
 // kestrum-cli with text pages: files added as pages are stored as RTF, and export-page writes
-// them as RTF, HTML, plain text and OpenDocument text.
+// them as RTF, HTML, plain text and OpenDocument text, each read back for its text.
 
 #include "CliRunner.h"
+#include "editors/text/TextExporter.h"
+#include "editors/text/TextPageDocument.h"
+#include "editors/text/WordConverter.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <QTextDocument>
+#include <QUrl>
 #include <QtTest>
 
 namespace {
@@ -22,6 +29,49 @@ QByteArray readFile(const QString& path)
     QFile file(path);
     file.open(QIODevice::ReadOnly);
     return file.readAll();
+}
+
+// The page's visible text, line by line, as every export must carry it.
+const QStringList kPageLines = {QStringLiteral("Findings"), QStringLiteral("Caf\u00e9 talk"),
+                                QStringLiteral("Group"), QStringLiteral("Count"),
+                                QStringLiteral("End")};
+
+// The text of an exported file as another reader sees it: RTF through our own reader, HTML
+// through Qt's, OpenDocument through LibreOffice (empty when it is not installed).
+QString textOf(const QString& path, const QTemporaryDir& dir)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const QByteArray bytes = readFile(path);
+    if (suffix == QLatin1String("rtf")) {
+        kestrum::text::TextPageDocument page;
+        QString error;
+        return page.readContent(bytes, &error)
+                   ? kestrum::text::TextExporter::toPlainText(*page.textDocument())
+                   : error;
+    }
+    if (suffix.startsWith(QLatin1String("htm"))) {
+        QTextDocument document;
+        document.setHtml(QString::fromUtf8(bytes));
+        return document.toPlainText();
+    }
+    if (suffix == QLatin1String("odt")) {
+        const QString soffice = kestrum::text::WordConverter().program();
+        if (soffice.isEmpty()) {
+            return {};
+        }
+        QProcess process;
+        process.start(soffice,
+                      {QStringLiteral("-env:UserInstallation=") +
+                           QUrl::fromLocalFile(dir.filePath(QStringLiteral("profile"))).toString(),
+                       QStringLiteral("--headless"), QStringLiteral("--convert-to"),
+                       QStringLiteral("txt:Text (encoded):UTF8"), QStringLiteral("--outdir"),
+                       dir.filePath(QStringLiteral("odt-text")), path});
+        process.waitForFinished(120000);
+        return QString::fromUtf8(readFile(dir.filePath(QStringLiteral("odt-text/")) +
+                                          QFileInfo(path).completeBaseName() +
+                                          QStringLiteral(".txt")));
+    }
+    return QString::fromUtf8(bytes);
 }
 
 } // namespace
@@ -105,6 +155,23 @@ void TextExportPageCliTest::exportFormats()
     if (!mustNotContain.isEmpty()) {
         QVERIFY(!bytes.contains(mustNotContain));
     }
+
+    // Read back, the file holds the page's text in its order; hidden text only in RTF, where
+    // it stays hidden.
+    const QString text = textOf(out, m_dir);
+    if (text.isEmpty() && name.endsWith(QLatin1String(".odt"))) {
+        QSKIP("LibreOffice (soffice) is not installed to read the OpenDocument file");
+    }
+    qsizetype at = 0;
+    for (const QString& line : kPageLines) {
+        const qsizetype found = text.indexOf(line, at);
+        QVERIFY2(found >= 0, qPrintable(line + QStringLiteral(" in ") + text));
+        at = found + line.size();
+    }
+    QVERIFY2(!text.contains(QLatin1String("(hidden)")), qPrintable(text));
+    if (name.endsWith(QLatin1String(".rtf"))) {
+        QVERIFY(bytes.contains("(hidden)"));
+    }
 }
 
 void TextExportPageCliTest::unknownFormat()
@@ -117,5 +184,5 @@ void TextExportPageCliTest::unknownFormat()
     QVERIFY(!QFile::exists(m_dir.filePath("x.pdf")));
 }
 
-QTEST_GUILESS_MAIN(TextExportPageCliTest)
+QTEST_MAIN(TextExportPageCliTest)
 #include "TextExportPageCliTest.moc"

@@ -4,6 +4,8 @@
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
+#include "editors/text/ListItemNumbers.h"
+#include "editors/text/ListNumbering.h"
 #include "editors/text/TextExporter.h"
 #include "store/PageKind.h"
 #include "store/PageTable.h"
@@ -84,6 +86,8 @@ private slots:
     void exports();
     void htmlForReports();
     void plainTextExport();
+    void longListsNumberOn();
+    void itemNumbersMatchTheLists();
 };
 
 // The store imports text files through text page documents.
@@ -474,6 +478,108 @@ void TextPageDocumentTest::plainTextExport()
         &error));
     QCOMPARE(TextExporter::toPlainText(*doc.textDocument()),
              QStringLiteral("Intro\n1. first\n2. second\na\tb\nend\n"));
+}
+
+void TextPageDocumentTest::longListsNumberOn()
+{
+    // A list long enough to be kept as several lists: its items still number 1..n in every
+    // format, and it reads back so from the page's own RTF.
+    constexpr int kItems = 700;
+    QByteArray rtf =
+        "{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}"
+        "\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}";
+    for (int i = 1; i <= kItems; ++i) {
+        rtf += "\\pard\\ls1 item" + QByteArray::number(i) + "\\par";
+    }
+    rtf += "}";
+    TextPageDocument doc;
+    QString error;
+    QVERIFY(doc.readContent(rtf, &error));
+    auto expectNumbered = [&](const QTextDocument& document) {
+        const QStringList lines = TextExporter::toPlainText(document).split(QLatin1Char('\n'));
+        QCOMPARE(lines.size(), kItems + 1); // and the empty text after the final line break
+        for (int i = 1; i <= kItems; ++i) {
+            QCOMPARE(lines[i - 1], QStringLiteral("%1. item%1").arg(i));
+        }
+    };
+    expectNumbered(*doc.textDocument());
+    QVERIFY(doc.textDocument()->lastBlock().previous().textList() !=
+            doc.textDocument()->firstBlock().textList());
+
+    QByteArray written;
+    QVERIFY(doc.writeContent(written, &error));
+    QVERIFY(written.contains("{\\listtext\\pard\\plain\\f0\\fs24 700.\\tab}"));
+    TextPageDocument reread;
+    QVERIFY(reread.readContent(written, &error));
+    expectNumbered(*reread.textDocument());
+
+    // HTML: every list after the first opens at its own number, so browsers count on.
+    const QString html = QString::fromUtf8(doc.toHtml({}));
+    int expectedStart = 1;
+    qsizetype at = 0;
+    int lists = 0;
+    while ((at = html.indexOf(QLatin1String("<ol"), at)) >= 0) {
+        const qsizetype end = html.indexOf(QLatin1Char('>'), at);
+        const QString tag = html.mid(at, end - at);
+        if (expectedStart == 1) {
+            QVERIFY(!tag.contains(QLatin1String("start=")));
+        } else {
+            QVERIFY2(tag.contains(QStringLiteral("start=\"%1\"").arg(expectedStart)),
+                     qPrintable(tag));
+        }
+        const QTextList* list = nullptr;
+        for (QTextBlock b = doc.textDocument()->begin(); b.isValid(); b = b.next()) {
+            if (b.textList() && ListNumbering::start(b.textList()->format()) == expectedStart) {
+                list = b.textList();
+                break;
+            }
+        }
+        QVERIFY(list);
+        expectedStart += list->count();
+        ++lists;
+        at = end;
+    }
+    QVERIFY(lists > 1);
+    QCOMPARE(expectedStart, kItems + 1);
+}
+
+void TextPageDocumentTest::itemNumbersMatchTheLists()
+{
+    // The one-pass numbering against the lists' own, on interleaved lists, nested levels and a
+    // table between items.
+    TextPageDocument doc;
+    QTextCursor cursor(doc.textDocument());
+    QTextListFormat decimal;
+    decimal.setStyle(QTextListFormat::ListDecimal);
+    QTextListFormat roman;
+    roman.setStyle(QTextListFormat::ListUpperRoman);
+    roman.setIndent(2);
+    cursor.insertText(QStringLiteral("intro"));
+    cursor.insertBlock();
+    QTextList* first = cursor.createList(decimal);
+    cursor.insertText(QStringLiteral("a"));
+    cursor.insertBlock();
+    QTextList* second = cursor.createList(roman);
+    cursor.insertText(QStringLiteral("b"));
+    for (int i = 0; i < 12; ++i) {
+        cursor.insertBlock();
+        (i % 3 == 0 ? second : first)->add(cursor.block());
+        cursor.insertText(QString::number(i));
+        if (i == 5) {
+            cursor.insertTable(2, 2);
+            cursor.movePosition(QTextCursor::End);
+        }
+    }
+    const ListItemNumbers numbers(*doc.textDocument());
+    int listed = 0;
+    for (QTextBlock block = doc.textDocument()->begin(); block.isValid(); block = block.next()) {
+        const QTextList* list = block.textList();
+        QCOMPARE(numbers.itemNumber(block), list ? list->itemNumber(block) : -1);
+        QCOMPARE(numbers.itemText(block), ListNumbering::itemText(block));
+        listed += list ? 1 : 0;
+    }
+    QCOMPARE(listed, 14);
+    QCOMPARE(numbers.itemText(second->item(second->count() - 1)), QStringLiteral("V."));
 }
 
 QTEST_MAIN(TextPageDocumentTest)

@@ -259,7 +259,7 @@ private slots:
 
     void fontTextAndNumbers()
     {
-        FontSpec f;
+        FontStyle f;
         f.name = QStringLiteral("Tahoma");
         f.bold = true;
         f.italic = true;

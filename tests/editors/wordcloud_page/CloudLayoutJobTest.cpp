@@ -70,6 +70,31 @@ private slots:
         }
     }
 
+    void wordsKeepTheirOwnStartOption()
+    {
+        // Words made while the cloud started words at the centre, then the option turned off:
+        // the layout still starts them at the centre, where the heaviest one stays.
+        TprWordCloud shown;
+        samples::fillCloud(shown, 30, {420, 300}, 3);
+        shown.SetPlaceCenter(false);
+        CloudLayoutJob job(shown);
+        job.run();
+        job.applyTo(shown);
+        for (const auto& word : shown.Words()) {
+            QVERIFY(word->PlaceCenter());
+        }
+        const auto& first = shown.Words().front()->BoundsRect();
+        const auto area = shown.GetCanvasDimension();
+        QVERIFY(shown.Words().front()->Visible());
+        QVERIFY2(qAbs((first.left + first.right) / 2 - (area.left + area.right) / 2) <= 1 &&
+                     qAbs((first.top + first.bottom) / 2 - (area.top + area.bottom) / 2) <= 1,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4")
+                                .arg(first.left)
+                                .arg(first.top)
+                                .arg(first.right)
+                                .arg(first.bottom)));
+    }
+
     void cancelGivesASparserCloud()
     {
         // A coverage at which the first run places every word.

@@ -1,36 +1,17 @@
 // kestrum-cli and word cloud pages: a host's cloud document put as a page, "cloud --page",
 // export-page in every picture format, and the usage errors.
 
-#include <QDir>
+#include "CliProject.h"
+#include "PictureChecks.h"
+
 #include <QFile>
 #include <QImage>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
+using kestrum::test::CliProject;
+using Run = kestrum::test::CliRunner::Result;
+
 namespace {
-
-struct Run
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-Run cli(const QStringList& args)
-{
-    QProcess p;
-    p.start(qEnvironmentVariable("KESTRUM_CLI"), args);
-    p.waitForFinished(120000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-            QString::fromUtf8(p.readAllStandardError())};
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 QStringList lines(const QString& text)
 {
@@ -44,10 +25,11 @@ class CloudPageCliTest : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
+    CliProject m_folder; // the folder of every project and file of these tests
     QString m_words;
 
-    QString path(const QString& name) const { return m_dir.filePath(name); }
+    QString path(const QString& name) const { return m_folder.file(name); }
+    Run cli(const QStringList& args) const { return m_folder.run(args); }
 
     QString newProject(const QString& name)
     {
@@ -62,7 +44,7 @@ private:
 private slots:
     void initTestCase()
     {
-        QVERIFY(!qEnvironmentVariable("KESTRUM_CLI").isEmpty());
+        QVERIFY(m_folder.valid());
         m_words = path(QStringLiteral("words.tsv"));
         QFile f(m_words);
         QVERIFY(f.open(QIODevice::WriteOnly));
@@ -82,11 +64,11 @@ private slots:
                              QStringLiteral("13"), QStringLiteral("--info"),
                              QStringLiteral("Cloud"), QStringLiteral("--content"), doc});
         QCOMPARE(put.code, 0);
-        const QString page = put.out.trimmed();
+        const QString page = put.text().trimmed();
 
         const QString xml = path(QStringLiteral("again.xml"));
         QCOMPARE(cli({QStringLiteral("export-page"), project, page, xml}).code, 0);
-        QCOMPARE(readFile(xml), readFile(doc));
+        QCOMPARE(CliProject::readFile(xml), CliProject::readFile(doc));
         const QString png = path(QStringLiteral("again.png"));
         QCOMPARE(cli({QStringLiteral("export-page"), project, page, png}).code, 0);
         QImage fromPage(png);
@@ -97,6 +79,7 @@ private slots:
                      .code,
                  0);
         QCOMPARE(fromPage.size(), QSize(500, 300));
+        QVERIFY(kestrum::test::showsSomething(fromPage));
         QCOMPARE(fromPage, QImage(direct));
     }
 
@@ -108,7 +91,7 @@ private slots:
                  QStringLiteral("--under"), QStringLiteral("1"), QStringLiteral("--title"),
                  QStringLiteral("Interview words"), QStringLiteral("--seed"), QStringLiteral("1")});
         QCOMPARE(made.code, 0);
-        const QStringList out = lines(made.out);
+        const QStringList out = lines(made.text());
         QCOMPARE(out.size(), 2);
         QVERIFY(out[0].startsWith(QLatin1String("10\t10\t")));
         // The new node: last child of node 1, a word cloud page.
@@ -120,15 +103,15 @@ private slots:
 
         const Run tree = cli({QStringLiteral("tree"), project});
         QCOMPARE(tree.code, 0);
-        QVERIFY(lines(tree.out).contains(out[1]));
+        QVERIFY(lines(tree.text()).contains(out[1]));
         const Run pages = cli({QStringLiteral("pages"), project});
-        QVERIFY(pages.out.contains(node[3] + QStringLiteral("\t13\t")));
+        QVERIFY(pages.text().contains(node[3] + QStringLiteral("\t13\t")));
 
         // Default: under the root, titled after the word list.
         const Run plain =
             cli({QStringLiteral("cloud"), m_words, QStringLiteral("--page"), project});
         QCOMPARE(plain.code, 0);
-        const QStringList root = lines(plain.out)[1].split(QLatin1Char('\t'));
+        const QStringList root = lines(plain.text())[1].split(QLatin1Char('\t'));
         QCOMPARE(root[1], QStringLiteral("1"));
         QCOMPARE(root[4], QStringLiteral("words"));
 
@@ -138,9 +121,11 @@ private slots:
             const Run exported = cli({QStringLiteral("export-page"), project, node[3], file});
             QVERIFY2(exported.code == 0, qPrintable(exported.err));
             if (ext == QLatin1String("svg")) {
-                QVERIFY(readFile(file).contains("<svg"));
+                QVERIFY(CliProject::readFile(file).contains("<svg"));
             } else {
-                QCOMPARE(QImage(file).size(), QSize(800, 600));
+                const QImage image(file);
+                QCOMPARE(image.size(), QSize(800, 600));
+                QVERIFY(kestrum::test::showsSomething(image));
             }
         }
     }
@@ -161,7 +146,7 @@ private slots:
         QVERIFY(noNode.err.contains(QLatin1String("no node 99")));
         // Nothing was added by the refused runs.
         const Run pages = cli({QStringLiteral("pages"), project});
-        QVERIFY(!pages.out.contains(QLatin1String("\t13\t")));
+        QVERIFY(!pages.text().contains(QLatin1String("\t13\t")));
         const Run wrongFormat = cli({QStringLiteral("export-page"), project, QStringLiteral("1"),
                                      path(QStringLiteral("x.svg"))});
         QVERIFY(wrongFormat.code != 0);

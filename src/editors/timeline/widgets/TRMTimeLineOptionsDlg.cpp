@@ -90,9 +90,9 @@ ColourWell* TRMTimeLineOptionsDlg::well(const QString& name) const
     return findChild<ColourWell*>(name);
 }
 
-FontSpec TRMTimeLineOptionsDlg::fromFont(const QFont& font, const FontSpec& base)
+FontStyle TRMTimeLineOptionsDlg::fromFont(const QFont& font, const FontStyle& base)
 {
-    FontSpec f = base;
+    FontStyle f = base;
     f.name = font.family();
     f.pointSize = font.pointSizeF() > 0 ? font.pointSizeF() : base.pointSize;
     f.bold = font.bold();

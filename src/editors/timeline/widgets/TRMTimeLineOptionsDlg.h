@@ -40,7 +40,7 @@ public:
     QLabel* annotationPanel() const { return m_annotationPanel; }
     QCheckBox* roundCorners() const { return m_round; }
 
-    static FontSpec fromFont(const QFont& font, const FontSpec& base);
+    static FontStyle fromFont(const QFont& font, const FontStyle& base);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
