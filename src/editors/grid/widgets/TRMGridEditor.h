@@ -28,7 +28,6 @@ namespace kestrum::grid {
 class GridFindDialog;
 class GridReplaceDialog;
 class GridView;
-struct GridPrintOptions;
 
 // The grid page editor: the grid, its context menu PopupMenu1, the commands of the main
 // window's grid toolbar (GridBar) and table menu (TableMenu), find and replace, clipboard,
@@ -137,7 +136,6 @@ private:
     void replaceCurrent();
     void replaceAll();
     void putOnClipboard(const GridDocument& grid);
-    GridPrintOptions printOptions(const QString& title) const;
 
     GridPageDocument m_document;
     GridView* m_view = nullptr;
