@@ -217,6 +217,9 @@ void TRMWPEditorTest::actionCaptions()
     QAction* a = m_editor->editorAction(name);
     QVERIFY(a);
     QCOMPARE(a->text(), caption);
+    // The hints read exactly as the captions, dots included.
+    QCOMPARE(a->toolTip(), caption);
+    QCOMPARE(a->statusTip(), caption);
     QCOMPARE(a->parent(), m_editor->actionList());
     QCOMPARE(m_editor->actionList()->objectName(), QStringLiteral("ActionList1"));
     QCOMPARE(m_editor->editorActions().size(), 49);
@@ -899,10 +902,34 @@ void TRMWPEditorTest::loadExternalFileWithoutConverter()
     none.program = dir.filePath(QStringLiteral("absent/soffice"));
     m_doc->setConverterOptions(none);
     load(kPage);
+    const QString before = m_doc->textDocument()->toPlainText();
+    QSignalSpy changed(m_doc, &store::PageDocument::contentChanged);
     QVERIFY(!m_editor->LoadExternalFile(doc));
     QCOMPARE(m_dialogs->messages().size(), 1);
     QVERIFY(m_dialogs->messages().first().contains(QStringLiteral("no word-processor converter")));
-    QCOMPARE(m_doc->textDocument()->toPlainText(), QString());
+    // Nothing was loaded: the page is as it was, and not marked modified.
+    QCOMPARE(m_doc->textDocument()->toPlainText(), before);
+    QCOMPARE(changed.count(), 0);
+
+    // A converter that runs but writes something other than RTF changes nothing either.
+    const QString fake = dir.filePath(QStringLiteral("fake-soffice"));
+    QFile script(fake);
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\n"
+                 "out=\"\"; prev=\"\"; for a in \"$@\"; do [ \"$prev\" = \"--outdir\" ] "
+                 "&& out=\"$a\"; prev=\"$a\"; done\n"
+                 "printf 'not rich text' > \"$out/old.rtf\"\n");
+    script.close();
+    QFile::setPermissions(fake, QFile::permissions(fake) | QFileDevice::ExeOwner);
+    WordConverterOptions broken;
+    broken.program = fake;
+    m_doc->setConverterOptions(broken);
+    QVERIFY(!m_editor->LoadExternalFile(doc));
+    QCOMPARE(m_dialogs->messages().size(), 2);
+    QVERIFY2(m_dialogs->messages().last().contains(QStringLiteral("old.wpd")),
+             qPrintable(m_dialogs->messages().last()));
+    QCOMPARE(m_doc->textDocument()->toPlainText(), before);
+    QCOMPARE(changed.count(), 0);
 }
 
 void TRMWPEditorTest::rulerShowsAndDragsIndents()

@@ -170,10 +170,9 @@ QAction* TRMWPEditor::makeAction(const char* name, const char* caption, Slot slo
     auto* action = new QAction(QString::fromUtf8(caption), m_actionList);
     action->setObjectName(QLatin1String(name));
     action->setProperty(kEnglish, QString::fromUtf8(caption));
-    QString hint = QString::fromUtf8(caption);
-    hint.remove(QStringLiteral("..."));
-    action->setToolTip(hint);
-    action->setStatusTip(hint);
+    // The hints read as the captions.
+    action->setToolTip(action->text());
+    action->setStatusTip(action->text());
     if (!shortcut.isEmpty()) {
         action->setShortcut(shortcut);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -752,10 +751,8 @@ void TRMWPEditor::reloadStrings()
         }
         const QString caption = m_language.text(english);
         action->setText(caption);
-        QString hint = caption;
-        hint.remove(QStringLiteral("..."));
-        action->setToolTip(hint);
-        action->setStatusTip(hint);
+        action->setToolTip(caption);
+        action->setStatusTip(caption);
     }
     for (QMenu* menu : m_menus) {
         if (menu) {
