@@ -36,6 +36,7 @@
 #include <QTextList>
 #include <QTextTable>
 #include <QToolBar>
+#include <QVBoxLayout>
 #include <QtTest>
 
 using namespace kestrum;
@@ -1064,6 +1065,25 @@ void TRMWPEditorTest::printToPdf()
 
 void TRMWPEditorTest::formActivate()
 {
+    // Activating the window that holds the editor gives the editor that window's colour.
+    {
+        QWidget window;
+        QPalette palette = window.palette();
+        palette.setColor(QPalette::Window, QColor(10, 120, 60));
+        window.setPalette(palette);
+        auto* layout = new QVBoxLayout(&window);
+        TRMWPEditor* docked = new TRMWPEditor(&window);
+        layout->addWidget(docked);
+        docked->setPalette(QPalette(QColor(250, 250, 250)));
+        QCOMPARE(docked->palette().color(QPalette::Window), QColor(250, 250, 250));
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTRY_COMPARE(docked->palette().color(QPalette::Window), QColor(10, 120, 60));
+        QCOMPARE(docked->formatToolBar()->palette().color(QPalette::Window), QColor(10, 120, 60));
+        QVERIFY(docked->autoFillBackground());
+    }
+
     m_editor->FormActivate(QColor(200, 220, 240));
     QCOMPARE(m_editor->palette().color(QPalette::Window), QColor(200, 220, 240));
     QCOMPARE(m_editor->formatToolBar()->palette().color(QPalette::Window), QColor(200, 220, 240));

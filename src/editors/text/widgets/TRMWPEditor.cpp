@@ -331,6 +331,15 @@ void TRMWPEditor::showEvent(QShowEvent* event)
     m_toolBar->setEnabled(m_view->isEnabled());
 }
 
+bool TRMWPEditor::event(QEvent* event)
+{
+    // The window passes its activation on to every widget it holds: take its colour then.
+    if (event->type() == QEvent::WindowActivate && window() != this) {
+        FormActivate(window()->palette().color(QPalette::Window));
+    }
+    return ui::EditorPanel::event(event);
+}
+
 void TRMWPEditor::updateFormatActions()
 {
     m_updatingFormat = true;

@@ -69,7 +69,8 @@ public:
     // Where "WP.XML" is looked for (default: the program's folder).
     void setLanguageFile(const QString& path) { m_languageFile = path; }
     const WPLanguageControl& languageControl() const { return m_language; }
-    // Gives the panels the main window's theme colour.
+    // Gives the panels the main window's theme colour. Runs by itself whenever the window
+    // holding the editor becomes active, with that window's colour.
     void FormActivate(const QColor& themeColour);
 
     // Finds the next match after the caret (or from the start) and selects it.
@@ -91,6 +92,7 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     template <typename Slot>
