@@ -1,6 +1,7 @@
 #pragma once
 
-class QPagedPaintDevice;
+#include <memory>
+
 class QPrinter;
 class QTextDocument;
 
@@ -15,6 +16,13 @@ class WPDocumentPrinter
 public:
     // Sets the printer up for the page's paper, then prints.
     static void print(const QTextDocument& document, const PageLayout& page, QPrinter* printer);
+    // The document as it prints: its visible text laid out in pages of the page's paper, a
+    // table that would be broken by a page end but fits on one page starting on a new page.
+    static std::unique_ptr<QTextDocument> pagedCopy(const QTextDocument& document,
+                                                    const PageLayout& page);
+    // Moves each top-level table that a page end would cut, and that fits on a page, to the
+    // start of the next page. The document must have a page size.
+    static void keepTablesOnOnePage(QTextDocument* document);
 };
 
 } // namespace kestrum::text
