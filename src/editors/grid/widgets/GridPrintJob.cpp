@@ -6,6 +6,7 @@
 #include "ui/WaitCursor.h"
 
 #include <QPrinter>
+#include <QPrinterInfo>
 
 #include <optional>
 
@@ -48,12 +49,16 @@ GridPrintOptions GridPrintJob::options(const QString& title, bool multiline)
 void GridPrintJob::print(QWidget* parent, QPrinter* printer, const GridDocument& grid,
                          const QString& title, bool multiline)
 {
+    // "OK" in the title box prints at once, on the printer as it is set up.
     withPrintTitle(parent, printer, title, [&](const QString& chosen) {
-        if (ui::dialogs().print(parent, printer)) {
-            ui::WaitCursor wait;
-            GridPrinter gridPrinter(grid, options(chosen, multiline));
-            gridPrinter.print(printer);
+        if (printer->outputFileName().isEmpty() &&
+            QPrinterInfo::availablePrinterNames().isEmpty()) {
+            ui::dialogs().warning(parent, QStringLiteral("No printer is installed."));
+            return;
         }
+        ui::WaitCursor wait;
+        GridPrinter gridPrinter(grid, options(chosen, multiline));
+        gridPrinter.print(printer);
     });
 }
 

@@ -18,7 +18,7 @@ public:
     // The print layout: the title in Arial 14 bold, fitted to the page width unless the grid
     // is in multi-line mode.
     static GridPrintOptions options(const QString& title, bool multiline);
-    // Asks for the title (starting with `title`), then prints.
+    // Asks for the title (starting with `title`); "OK" prints at once, with no print dialog.
     static void print(QWidget* parent, QPrinter* printer, const GridDocument& grid,
                       const QString& title, bool multiline);
     // Asks for the title, then shows the print preview.

@@ -66,7 +66,7 @@ public:
     // The export dialog, opened with `fileName`; the format follows the typed extension or the
     // chosen filter, and the extension becomes the format's.
     void SaveTableToDisk(const QString& fileName);
-    // Asks for a title ("Printing title"), then prints through the print dialog.
+    // Asks for a title ("Printing title"); "OK" prints on the printer as it is set up.
     void PrintTheGrid(const QString& title);
     void PreviewTheGrid(const QString& title);
     void SetAlignment(int alignment);
