@@ -544,6 +544,12 @@ private slots:
             view().model()->setData(view().gridModel()->indexOf({2, 3}), QStringLiteral("typed")));
         QCOMPARE(grid().text(2, 3), QStringLiteral("typed"));
         QCOMPARE(changed.count(), 1);
+        // A decimal number is shown with two decimals and edited as it was typed.
+        const QModelIndex number = view().gridModel()->indexOf({2, 3});
+        QVERIFY(view().model()->setData(number, QStringLiteral("41.66667")));
+        QCOMPARE(number.data(Qt::DisplayRole).toString(), QStringLiteral("41.67"));
+        QCOMPARE(number.data(Qt::EditRole).toString(), QStringLiteral("41.66667"));
+        QCOMPARE(grid().text(2, 3), QStringLiteral("41.66667"));
     }
 
     void modelStaysConsistent()
