@@ -537,6 +537,48 @@ private slots:
         QCOMPARE(header->sectionSize(view().gridModel()->sectionOfColumn(3)), 64);
     }
 
+    void fixedRowsAndColumnsAreSizedWithTheMouse()
+    {
+        editor().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&editor()));
+        QSignalSpy changed(&editor().document(), &store::PageDocument::contentChanged);
+        // The fixed row is the column header: dragging its bottom edge sizes row 0.
+        QHeaderView* columns = view().horizontalHeader();
+        const int rowHeight = grid().rowHeight(0);
+        QCOMPARE(columns->height(), rowHeight);
+        QWidget* top = columns->viewport();
+        QTest::mousePress(top, Qt::LeftButton, {}, QPoint(20, rowHeight - 2));
+        QTest::mouseMove(top, QPoint(20, rowHeight + 8));
+        QCOMPARE(columns->height(), rowHeight + 10); // the header follows the mouse
+        QCOMPARE(grid().rowHeight(0), rowHeight);    // the document takes it on release
+        QTest::mouseRelease(top, Qt::LeftButton, {}, QPoint(20, rowHeight + 18));
+        QCOMPARE(grid().rowHeight(0), rowHeight + 20);
+        QCOMPARE(columns->height(), rowHeight + 20);
+        QCOMPARE(changed.count(), 1);
+        // No sort, no column selection: the cells stay where they were.
+        QCOMPARE(grid().text(3, 1), QStringLiteral("34"));
+
+        // The fixed column is the row header: dragging its right edge sizes column 0, and no
+        // narrower than 2 pixels.
+        QHeaderView* rows = view().verticalHeader();
+        const int width = grid().columnWidth(0);
+        QCOMPARE(rows->width(), width);
+        QWidget* left = rows->viewport();
+        QTest::mousePress(left, Qt::LeftButton, {}, QPoint(width - 1, 10));
+        QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
+        QCOMPARE(grid().columnWidth(0), width + 30);
+        QCOMPARE(rows->width(), width + 30);
+        QTest::mousePress(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
+        QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(-500, 10));
+        QCOMPARE(grid().columnWidth(0), 2);
+        QCOMPARE(changed.count(), 3);
+
+        // A press away from the edge is the header's own (no size change).
+        QTest::mousePress(top, Qt::LeftButton, {}, QPoint(20, 3));
+        QTest::mouseRelease(top, Qt::LeftButton, {}, QPoint(20, 40));
+        QCOMPARE(grid().rowHeight(0), rowHeight + 20);
+    }
+
     void editingACell()
     {
         QSignalSpy changed(&editor().document(), &store::PageDocument::contentChanged);

@@ -2,6 +2,7 @@
 
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/widgets/GridCellDelegate.h"
+#include "editors/grid/widgets/GridFixedCellSizer.h"
 #include "editors/grid/widgets/GridTableModel.h"
 
 #include <QAbstractButton>
@@ -78,6 +79,9 @@ GridView::GridView(GridPageDocument* document, QWidget* parent)
             applyLayout();
         }
     });
+    // The fixed rows and columns are sized on the headers' inner edges.
+    new GridFixedCellSizer(horizontalHeader(), m_document, this);
+    new GridFixedCellSizer(verticalHeader(), m_document, this);
     // The corner where the fixed rows and columns meet shows its cell, as a header does.
     m_corner = findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
     if (m_corner) {
