@@ -3,6 +3,7 @@
 
 #include "GridSamples.h"
 
+#include "editors/grid/GridRowSizer.h"
 #include "editors/grid/GridStream.h"
 #include "editors/grid/widgets/GridFindDialog.h"
 #include "editors/grid/widgets/GridReplaceDialog.h"
@@ -16,6 +17,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -350,18 +352,35 @@ private slots:
                 header->viewport(), Qt::LeftButton, {},
                 QPoint(header->sectionViewportPosition(section) + 5, header->height() / 2));
         };
+        auto column = [this](int col) {
+            QStringList texts;
+            for (int r = 0; r < grid().rowCount(); ++r) {
+                texts << grid().text(col, r);
+            }
+            return texts;
+        };
         doubleClick(3); // "Age (#)": 34, 41, 29, 52, ""
-        QStringList ages;
-        for (int r = 1; r < grid().rowCount(); ++r) {
-            ages << grid().text(3, r);
-        }
-        QCOMPARE(ages, (QStringList{"29", "34", "41", "52", ""}));
-        doubleClick(3);
-        ages.clear();
-        for (int r = 1; r < grid().rowCount(); ++r) {
-            ages << grid().text(3, r);
-        }
-        QCOMPARE(ages, (QStringList{"52", "41", "34", "29", ""}));
+        // Whole rows move with their key, numbers in numeric order, the empty cell last; the
+        // header row stays on top.
+        QCOMPARE(column(3), (QStringList{"Age (#)", "29", "34", "41", "52", ""}));
+        QCOMPARE(column(0), (QStringList{"Code", "Line\nbreak", "Isolation", "Trust, \"earned\"",
+                                         "Zoom fatigue – Łódź", "Total"}));
+        QCOMPARE(column(1), (QStringList{"Group A", "0", "14", "7", "007", "28"}));
+        QCOMPARE(column(4), (QStringList{"Share", "-3.5", "45.2%", "12.50", "n/a", "100%"}));
+        doubleClick(3); // the same header again: the other way round
+        QCOMPARE(column(3), (QStringList{"Age (#)", "52", "41", "34", "29", ""}));
+        QCOMPARE(column(0), (QStringList{"Code", "Zoom fatigue – Łódź", "Trust, \"earned\"",
+                                         "Isolation", "Line\nbreak", "Total"}));
+        QCOMPARE(column(2), (QStringList{"Group B", "", "12", "9", "3", "24"}));
+        // Another header keeps the direction of the last sort (descending here); "Group A"
+        // sorts as numbers (28, 14, 7 and 007, 0), whole rows with it.
+        doubleClick(1);
+        const QStringList groupA = column(1);
+        QCOMPARE(groupA.mid(0, 3), (QStringList{"Group A", "28", "14"}));
+        QCOMPARE(groupA.last(), QStringLiteral("0"));
+        const QStringList codes = column(0);
+        QCOMPARE(codes.mid(0, 3), (QStringList{"Code", "Total", "Isolation"}));
+        QCOMPARE(codes.last(), QStringLiteral("Line\nbreak"));
         QVERIFY(changed.count() >= 2);
     }
 
@@ -390,9 +409,24 @@ private slots:
         editor().multilinesCheck()->click();
         QVERIFY(grid().wordWrap());
         QVERIFY(view().wordWrap());
-        QCOMPARE(grid().rowHeight(2), 150);
-        QVERIFY(grid().rowHeight(5) >= 15 && grid().rowHeight(5) <= 150);
-        QVERIFY(grid().rowHeight(0) < 60); // row 0 fitted, not clamped
+        // Every row is fitted to its wrapped text; rows 1 and below are then kept between 15
+        // and 150, row 0 is not.
+        QCOMPARE(grid().rowHeight(2), 150); // the long passage needs far more
+        // The emptied row: one line of its largest font.
+        int oneLine = 0;
+        for (int c = 0; c < grid().columnCount(); ++c) {
+            oneLine = std::max(oneLine, QFontMetrics(grid().format(c, 5).font()).height());
+        }
+        QCOMPARE(grid().rowHeight(5), oneLine + GridRowSizer::kCellPadding);
+        // "Line<break>break": two lines.
+        QVERIFY(grid().rowHeight(3) > grid().rowHeight(5));
+        const std::vector<int> fitted = GridRowSizer::fittedHeights(grid(), true);
+        QVERIFY(fitted[2] > 150);
+        for (int r = 1; r < grid().rowCount(); ++r) {
+            QCOMPARE(grid().rowHeight(r), std::clamp(fitted[std::size_t(r)], 15, 150));
+        }
+        QCOMPARE(grid().rowHeight(0), fitted[0]); // row 0 fitted, not clamped
+        QVERIFY(grid().rowHeight(0) < 60);
         QCOMPARE(changed.count(), 1);
         // Loading a page sets the check from the page.
         load(sampleGrid());
