@@ -589,6 +589,8 @@ private slots:
         QCOMPARE(grid().rowHeight(0), rowHeight + 20);
         QCOMPARE(columns->height(), rowHeight + 20);
         QCOMPARE(changed.count(), 1);
+        // The cells start right under the taller header (none hidden behind it).
+        QCOMPARE(view().viewport()->geometry().top(), columns->geometry().bottom() + 1);
         // No sort, no column selection: the cells stay where they were.
         QCOMPARE(grid().text(3, 1), QStringLiteral("34"));
 
@@ -602,6 +604,7 @@ private slots:
         QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
         QCOMPARE(grid().columnWidth(0), width + 30);
         QCOMPARE(rows->width(), width + 30);
+        QCOMPARE(view().viewport()->geometry().left(), rows->geometry().right() + 1);
         QTest::mousePress(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
         QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(-500, 10));
         QCOMPARE(grid().columnWidth(0), 2);

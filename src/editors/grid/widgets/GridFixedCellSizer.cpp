@@ -10,8 +10,8 @@
 namespace kestrum::grid {
 
 GridFixedCellSizer::GridFixedCellSizer(QHeaderView* header, GridPageDocument* document,
-                                       QObject* parent)
-    : QObject(parent), m_header(header), m_document(document)
+                                       std::function<void()> relayout, QObject* parent)
+    : QObject(parent), m_header(header), m_document(document), m_relayout(std::move(relayout))
 {
     m_header->viewport()->setMouseTracking(true);
     m_header->viewport()->installEventFilter(this);
@@ -104,6 +104,9 @@ bool GridFixedCellSizer::move(QMouseEvent* event)
         m_header->setFixedHeight(total);
     } else {
         m_header->setFixedWidth(total);
+    }
+    if (m_relayout) {
+        m_relayout();
     }
     return true;
 }

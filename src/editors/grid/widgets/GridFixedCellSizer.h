@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QPoint>
 
+#include <functional>
+
 class QHeaderView;
 class QMouseEvent;
 
@@ -22,7 +24,9 @@ public:
     static constexpr int kGrip = 4;
     static constexpr int kMinimumSize = 2;
 
-    GridFixedCellSizer(QHeaderView* header, GridPageDocument* document, QObject* parent);
+    // `relayout` places the view's headers and cells again after the header changed size.
+    GridFixedCellSizer(QHeaderView* header, GridPageDocument* document,
+                       std::function<void()> relayout, QObject* parent);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,6 +46,7 @@ private:
 
     QHeaderView* m_header;
     GridPageDocument* m_document;
+    std::function<void()> m_relayout;
     bool m_dragging = false;
     int m_startPos = 0;
     int m_startExtent = 0;
