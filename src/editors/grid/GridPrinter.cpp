@@ -1,6 +1,7 @@
 #include "GridPrinter.h"
 
 #include "editors/grid/GridDocument.h"
+#include "editors/grid/GridNumberFormat.h"
 
 #include <QFontMetricsF>
 #include <QLocale>
@@ -138,7 +139,7 @@ void GridPrinter::paintCell(QPainter* painter, int col, int row, const QRectF& r
     }
     painter->setPen(QPen(QColor(0x80, 0x80, 0x80), 0));
     painter->drawRect(rect);
-    const QString& text = m_grid.text(col, row);
+    const QString text = GridNumberFormat::displayText(m_grid.text(col, row));
     if (text.isEmpty()) {
         return;
     }

@@ -187,7 +187,11 @@ bool TextPageDocument::importFile(const QString& path, QString* error)
         return false;
     }
     if (place >= 8) {
-        return loadExternalFile(path, error);
+        if (!loadExternalFile(path, error)) {
+            clear(); // an imported page stays empty
+            return false;
+        }
+        return true;
     }
     QByteArray bytes;
     if (!readFile(path, &bytes, error)) {
@@ -233,10 +237,18 @@ bool TextPageDocument::loadFile(const QString& path, QString* error)
 
 bool TextPageDocument::loadExternalFile(const QString& path, QString* error)
 {
+    // Nothing is touched until the converter has given RTF: a failed load leaves the page as it
+    // was.
     QByteArray rtf;
     const WordConverter converter(m_converterOptions);
     if (!converter.convertToRtf(path, &rtf, error)) {
-        clear();
+        return false;
+    }
+    if (!RtfReader::looksLikeRtf(rtf)) {
+        if (error) {
+            *error = QStringLiteral("\"%1\" could not be converted: the converter gave no RTF.")
+                         .arg(QFileInfo(path).fileName());
+        }
         return false;
     }
     return readBytes(rtf, TextFormatDetector::Format::Rtf, error);

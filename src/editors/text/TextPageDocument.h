@@ -47,7 +47,8 @@ public:
     // The editor's own open command: RTF, HTML and plain text by their content, anything else
     // through the converter. Like every load it reports no change; the caller decides.
     bool loadFile(const QString& path, QString* error);
-    // LoadExternalFile: a word-processor file through the converter, read as RTF.
+    // LoadExternalFile: a word-processor file through the converter, read as RTF. When the
+    // file cannot be converted the document stays as it was.
     bool loadExternalFile(const QString& path, QString* error);
     bool exportFile(const QString& path, TextExporter::Format format, QString* error) const;
     // The page as HTML for a report (its pictures as the options say).

@@ -4,6 +4,7 @@
 
 #include "editors/grid/CGrid.h"
 #include "editors/grid/GridDocument.h"
+#include "editors/grid/GridNumberFormat.h"
 
 #include <QTest>
 
@@ -37,6 +38,50 @@ class GridDocumentTest : public QObject
     Q_OBJECT
 
 private slots:
+    void numbersShownWithTwoDecimals_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("decimal") << "33.3333"
+                                 << "33.33";
+        QTest::newRow("rounded up") << "2.675001"
+                                    << "2.68";
+        QTest::newRow("one decimal") << "0.5"
+                                     << "0.50";
+        QTest::newRow("negative") << "-12.5"
+                                  << "-12.50";
+        QTest::newRow("no leading digit") << ".25"
+                                          << "0.25";
+        QTest::newRow("trailing point") << "7."
+                                        << "7.00";
+        QTest::newRow("exponent") << "1.5e3"
+                                  << "1500.00";
+        QTest::newRow("blanks around") << " 4.125 "
+                                       << "4.13";
+        QTest::newRow("whole number") << "12"
+                                      << "12";
+        QTest::newRow("signed whole number") << "-3"
+                                             << "-3";
+        QTest::newRow("percent") << "33.3%"
+                                 << "33.3%";
+        QTest::newRow("words") << "Age (#)"
+                               << "Age (#)";
+        QTest::newRow("comma not the separator here") << "1,5"
+                                                      << "1,5";
+        QTest::newRow("two points") << "1.2.3"
+                                    << "1.2.3";
+        QTest::newRow("point alone") << "."
+                                     << ".";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+    void numbersShownWithTwoDecimals()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, shown);
+        QCOMPARE(GridNumberFormat::displayText(text), shown);
+    }
+
     void newGridDefaults()
     {
         const GridDocument g;

@@ -3,6 +3,7 @@
 
 #include "GridSamples.h"
 
+#include "editors/grid/GridRowSizer.h"
 #include "editors/grid/GridStream.h"
 #include "editors/grid/widgets/GridFindDialog.h"
 #include "editors/grid/widgets/GridReplaceDialog.h"
@@ -16,6 +17,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -315,9 +317,10 @@ private slots:
         printer->setOutputFileName(dir.filePath(QStringLiteral("grid.pdf")));
         printer->setPageOrientation(QPageLayout::Portrait);
         dialogs().answerText(QStringLiteral("Code frequencies"));
-        dialogs().answerPrint(true);
         editor().action(QStringLiteral("GridPrintBtn"))->trigger();
         QCOMPARE(dialogs().lastInitialText(), QString()); // the box starts empty from the toolbar
+        // The title box is the only dialog: "OK" prints.
+        QCOMPARE(dialogs().shown().size(), std::size_t(1));
         QCOMPARE(dialogs().shown().front().text, QStringLiteral("Printing title|Title:"));
         QFile pdf(dir.filePath(QStringLiteral("grid.pdf")));
         QVERIFY(pdf.open(QIODevice::ReadOnly));
@@ -325,28 +328,16 @@ private slots:
         QCOMPARE(printer->pageLayout().orientation(), QPageLayout::Portrait); // put back
     }
 
-    void cancelledPrintPrintsNothing_data()
-    {
-        QTest::addColumn<bool>("titleGiven");
-        QTest::newRow("title box cancelled") << false;
-        QTest::newRow("print dialog cancelled") << true;
-    }
     void cancelledPrintPrintsNothing()
     {
-        QFETCH(bool, titleGiven);
         QTemporaryDir dir;
         editor().printer()->setOutputFormat(QPrinter::PdfFormat);
         editor().printer()->setOutputFileName(dir.filePath(QStringLiteral("grid.pdf")));
-        if (titleGiven) {
-            dialogs().answerText(QStringLiteral("T"));
-            dialogs().answerPrint(false);
-        } else {
-            dialogs().answerText(std::nullopt);
-        }
+        dialogs().answerText(std::nullopt);
         editor().PrintTheGrid(QStringLiteral("Start"));
         QCOMPARE(dialogs().lastInitialText(), QStringLiteral("Start"));
         QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("grid.pdf"))));
-        QCOMPARE(dialogs().shown().size(), titleGiven ? std::size_t(2) : std::size_t(1));
+        QCOMPARE(dialogs().shown().size(), std::size_t(1));
     }
 
     void headerDoubleClickSortsThenReverses()
@@ -361,18 +352,35 @@ private slots:
                 header->viewport(), Qt::LeftButton, {},
                 QPoint(header->sectionViewportPosition(section) + 5, header->height() / 2));
         };
+        auto column = [this](int col) {
+            QStringList texts;
+            for (int r = 0; r < grid().rowCount(); ++r) {
+                texts << grid().text(col, r);
+            }
+            return texts;
+        };
         doubleClick(3); // "Age (#)": 34, 41, 29, 52, ""
-        QStringList ages;
-        for (int r = 1; r < grid().rowCount(); ++r) {
-            ages << grid().text(3, r);
-        }
-        QCOMPARE(ages, (QStringList{"29", "34", "41", "52", ""}));
-        doubleClick(3);
-        ages.clear();
-        for (int r = 1; r < grid().rowCount(); ++r) {
-            ages << grid().text(3, r);
-        }
-        QCOMPARE(ages, (QStringList{"52", "41", "34", "29", ""}));
+        // Whole rows move with their key, numbers in numeric order, the empty cell last; the
+        // header row stays on top.
+        QCOMPARE(column(3), (QStringList{"Age (#)", "29", "34", "41", "52", ""}));
+        QCOMPARE(column(0), (QStringList{"Code", "Line\nbreak", "Isolation", "Trust, \"earned\"",
+                                         "Zoom fatigue – Łódź", "Total"}));
+        QCOMPARE(column(1), (QStringList{"Group A", "0", "14", "7", "007", "28"}));
+        QCOMPARE(column(4), (QStringList{"Share", "-3.5", "45.2%", "12.50", "n/a", "100%"}));
+        doubleClick(3); // the same header again: the other way round
+        QCOMPARE(column(3), (QStringList{"Age (#)", "52", "41", "34", "29", ""}));
+        QCOMPARE(column(0), (QStringList{"Code", "Zoom fatigue – Łódź", "Trust, \"earned\"",
+                                         "Isolation", "Line\nbreak", "Total"}));
+        QCOMPARE(column(2), (QStringList{"Group B", "", "12", "9", "3", "24"}));
+        // Another header keeps the direction of the last sort (descending here); "Group A"
+        // sorts as numbers (28, 14, 7 and 007, 0), whole rows with it.
+        doubleClick(1);
+        const QStringList groupA = column(1);
+        QCOMPARE(groupA.mid(0, 3), (QStringList{"Group A", "28", "14"}));
+        QCOMPARE(groupA.last(), QStringLiteral("0"));
+        const QStringList codes = column(0);
+        QCOMPARE(codes.mid(0, 3), (QStringList{"Code", "Total", "Isolation"}));
+        QCOMPARE(codes.last(), QStringLiteral("Line\nbreak"));
         QVERIFY(changed.count() >= 2);
     }
 
@@ -401,9 +409,24 @@ private slots:
         editor().multilinesCheck()->click();
         QVERIFY(grid().wordWrap());
         QVERIFY(view().wordWrap());
-        QCOMPARE(grid().rowHeight(2), 150);
-        QVERIFY(grid().rowHeight(5) >= 15 && grid().rowHeight(5) <= 150);
-        QVERIFY(grid().rowHeight(0) < 60); // row 0 fitted, not clamped
+        // Every row is fitted to its wrapped text; rows 1 and below are then kept between 15
+        // and 150, row 0 is not.
+        QCOMPARE(grid().rowHeight(2), 150); // the long passage needs far more
+        // The emptied row: one line of its largest font.
+        int oneLine = 0;
+        for (int c = 0; c < grid().columnCount(); ++c) {
+            oneLine = std::max(oneLine, QFontMetrics(grid().format(c, 5).font()).height());
+        }
+        QCOMPARE(grid().rowHeight(5), oneLine + GridRowSizer::kCellPadding);
+        // "Line<break>break": two lines.
+        QVERIFY(grid().rowHeight(3) > grid().rowHeight(5));
+        const std::vector<int> fitted = GridRowSizer::fittedHeights(grid(), true);
+        QVERIFY(fitted[2] > 150);
+        for (int r = 1; r < grid().rowCount(); ++r) {
+            QCOMPARE(grid().rowHeight(r), std::clamp(fitted[std::size_t(r)], 15, 150));
+        }
+        QCOMPARE(grid().rowHeight(0), fitted[0]); // row 0 fitted, not clamped
+        QVERIFY(grid().rowHeight(0) < 60);
         QCOMPARE(changed.count(), 1);
         // Loading a page sets the check from the page.
         load(sampleGrid());
@@ -548,6 +571,51 @@ private slots:
         QCOMPARE(header->sectionSize(view().gridModel()->sectionOfColumn(3)), 64);
     }
 
+    void fixedRowsAndColumnsAreSizedWithTheMouse()
+    {
+        editor().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&editor()));
+        QSignalSpy changed(&editor().document(), &store::PageDocument::contentChanged);
+        // The fixed row is the column header: dragging its bottom edge sizes row 0.
+        QHeaderView* columns = view().horizontalHeader();
+        const int rowHeight = grid().rowHeight(0);
+        QCOMPARE(columns->height(), rowHeight);
+        QWidget* top = columns->viewport();
+        QTest::mousePress(top, Qt::LeftButton, {}, QPoint(20, rowHeight - 2));
+        QTest::mouseMove(top, QPoint(20, rowHeight + 8));
+        QCOMPARE(columns->height(), rowHeight + 10); // the header follows the mouse
+        QCOMPARE(grid().rowHeight(0), rowHeight);    // the document takes it on release
+        QTest::mouseRelease(top, Qt::LeftButton, {}, QPoint(20, rowHeight + 18));
+        QCOMPARE(grid().rowHeight(0), rowHeight + 20);
+        QCOMPARE(columns->height(), rowHeight + 20);
+        QCOMPARE(changed.count(), 1);
+        // The cells start right under the taller header (none hidden behind it).
+        QCOMPARE(view().viewport()->geometry().top(), columns->geometry().bottom() + 1);
+        // No sort, no column selection: the cells stay where they were.
+        QCOMPARE(grid().text(3, 1), QStringLiteral("34"));
+
+        // The fixed column is the row header: dragging its right edge sizes column 0, and no
+        // narrower than 2 pixels.
+        QHeaderView* rows = view().verticalHeader();
+        const int width = grid().columnWidth(0);
+        QCOMPARE(rows->width(), width);
+        QWidget* left = rows->viewport();
+        QTest::mousePress(left, Qt::LeftButton, {}, QPoint(width - 1, 10));
+        QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
+        QCOMPARE(grid().columnWidth(0), width + 30);
+        QCOMPARE(rows->width(), width + 30);
+        QCOMPARE(view().viewport()->geometry().left(), rows->geometry().right() + 1);
+        QTest::mousePress(left, Qt::LeftButton, {}, QPoint(width + 29, 10));
+        QTest::mouseRelease(left, Qt::LeftButton, {}, QPoint(-500, 10));
+        QCOMPARE(grid().columnWidth(0), 2);
+        QCOMPARE(changed.count(), 3);
+
+        // A press away from the edge is the header's own (no size change).
+        QTest::mousePress(top, Qt::LeftButton, {}, QPoint(20, 3));
+        QTest::mouseRelease(top, Qt::LeftButton, {}, QPoint(20, 40));
+        QCOMPARE(grid().rowHeight(0), rowHeight + 20);
+    }
+
     void editingACell()
     {
         QSignalSpy changed(&editor().document(), &store::PageDocument::contentChanged);
@@ -555,6 +623,12 @@ private slots:
             view().model()->setData(view().gridModel()->indexOf({2, 3}), QStringLiteral("typed")));
         QCOMPARE(grid().text(2, 3), QStringLiteral("typed"));
         QCOMPARE(changed.count(), 1);
+        // A decimal number is shown with two decimals and edited as it was typed.
+        const QModelIndex number = view().gridModel()->indexOf({2, 3});
+        QVERIFY(view().model()->setData(number, QStringLiteral("41.66667")));
+        QCOMPARE(number.data(Qt::DisplayRole).toString(), QStringLiteral("41.67"));
+        QCOMPARE(number.data(Qt::EditRole).toString(), QStringLiteral("41.66667"));
+        QCOMPARE(grid().text(2, 3), QStringLiteral("41.66667"));
     }
 
     void modelStaysConsistent()

@@ -36,6 +36,7 @@
 #include <QTextList>
 #include <QTextTable>
 #include <QToolBar>
+#include <QVBoxLayout>
 #include <QtTest>
 
 using namespace kestrum;
@@ -217,6 +218,9 @@ void TRMWPEditorTest::actionCaptions()
     QAction* a = m_editor->editorAction(name);
     QVERIFY(a);
     QCOMPARE(a->text(), caption);
+    // The hints read exactly as the captions, dots included.
+    QCOMPARE(a->toolTip(), caption);
+    QCOMPARE(a->statusTip(), caption);
     QCOMPARE(a->parent(), m_editor->actionList());
     QCOMPARE(m_editor->actionList()->objectName(), QStringLiteral("ActionList1"));
     QCOMPARE(m_editor->editorActions().size(), 49);
@@ -899,10 +903,34 @@ void TRMWPEditorTest::loadExternalFileWithoutConverter()
     none.program = dir.filePath(QStringLiteral("absent/soffice"));
     m_doc->setConverterOptions(none);
     load(kPage);
+    const QString before = m_doc->textDocument()->toPlainText();
+    QSignalSpy changed(m_doc, &store::PageDocument::contentChanged);
     QVERIFY(!m_editor->LoadExternalFile(doc));
     QCOMPARE(m_dialogs->messages().size(), 1);
     QVERIFY(m_dialogs->messages().first().contains(QStringLiteral("no word-processor converter")));
-    QCOMPARE(m_doc->textDocument()->toPlainText(), QString());
+    // Nothing was loaded: the page is as it was, and not marked modified.
+    QCOMPARE(m_doc->textDocument()->toPlainText(), before);
+    QCOMPARE(changed.count(), 0);
+
+    // A converter that runs but writes something other than RTF changes nothing either.
+    const QString fake = dir.filePath(QStringLiteral("fake-soffice"));
+    QFile script(fake);
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\n"
+                 "out=\"\"; prev=\"\"; for a in \"$@\"; do [ \"$prev\" = \"--outdir\" ] "
+                 "&& out=\"$a\"; prev=\"$a\"; done\n"
+                 "printf 'not rich text' > \"$out/old.rtf\"\n");
+    script.close();
+    QFile::setPermissions(fake, QFile::permissions(fake) | QFileDevice::ExeOwner);
+    WordConverterOptions broken;
+    broken.program = fake;
+    m_doc->setConverterOptions(broken);
+    QVERIFY(!m_editor->LoadExternalFile(doc));
+    QCOMPARE(m_dialogs->messages().size(), 2);
+    QVERIFY2(m_dialogs->messages().last().contains(QStringLiteral("old.wpd")),
+             qPrintable(m_dialogs->messages().last()));
+    QCOMPARE(m_doc->textDocument()->toPlainText(), before);
+    QCOMPARE(changed.count(), 0);
 }
 
 void TRMWPEditorTest::rulerShowsAndDragsIndents()
@@ -1037,6 +1065,25 @@ void TRMWPEditorTest::printToPdf()
 
 void TRMWPEditorTest::formActivate()
 {
+    // Activating the window that holds the editor gives the editor that window's colour.
+    {
+        QWidget window;
+        QPalette palette = window.palette();
+        palette.setColor(QPalette::Window, QColor(10, 120, 60));
+        window.setPalette(palette);
+        auto* layout = new QVBoxLayout(&window);
+        TRMWPEditor* docked = new TRMWPEditor(&window);
+        layout->addWidget(docked);
+        docked->setPalette(QPalette(QColor(250, 250, 250)));
+        QCOMPARE(docked->palette().color(QPalette::Window), QColor(250, 250, 250));
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTRY_COMPARE(docked->palette().color(QPalette::Window), QColor(10, 120, 60));
+        QCOMPARE(docked->formatToolBar()->palette().color(QPalette::Window), QColor(10, 120, 60));
+        QVERIFY(docked->autoFillBackground());
+    }
+
     m_editor->FormActivate(QColor(200, 220, 240));
     QCOMPARE(m_editor->palette().color(QPalette::Window), QColor(200, 220, 240));
     QCOMPARE(m_editor->formatToolBar()->palette().color(QPalette::Window), QColor(200, 220, 240));

@@ -1,5 +1,6 @@
 #include "GridTableModel.h"
 
+#include "editors/grid/GridNumberFormat.h"
 #include "editors/grid/GridPageDocument.h"
 
 #include <QBrush>
@@ -86,6 +87,7 @@ QVariant GridTableModel::cellRole(int col, int row, int role) const
     const GridDocument& g = m_document->grid();
     switch (role) {
     case Qt::DisplayRole:
+        return GridNumberFormat::displayText(g.text(col, row));
     case Qt::EditRole:
     case Qt::ToolTipRole: {
         const QString& text = g.text(col, row);

@@ -2,6 +2,7 @@
 
 #include "editors/grid/GridPageDocument.h"
 #include "editors/grid/widgets/GridCellDelegate.h"
+#include "editors/grid/widgets/GridFixedCellSizer.h"
 #include "editors/grid/widgets/GridTableModel.h"
 
 #include <QAbstractButton>
@@ -78,6 +79,11 @@ GridView::GridView(GridPageDocument* document, QWidget* parent)
             applyLayout();
         }
     });
+    // The fixed rows and columns are sized on the headers' inner edges.
+    new GridFixedCellSizer(
+        horizontalHeader(), m_document, [this] { updateGeometries(); }, this);
+    new GridFixedCellSizer(
+        verticalHeader(), m_document, [this] { updateGeometries(); }, this);
     // The corner where the fixed rows and columns meet shows its cell, as a header does.
     m_corner = findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
     if (m_corner) {
@@ -157,6 +163,8 @@ void GridView::applyLayout()
     horizontalHeader()->setFixedHeight(std::max(fixedHeight, 1));
     verticalHeader()->setVisible(g.fixedColumns() > 0);
     verticalHeader()->setFixedWidth(std::max(fixedWidth, 1));
+    // The cells start below and right of the headers' new sizes.
+    updateGeometries();
 
     QHeaderView* columns = horizontalHeader();
     for (int section = 0; section < m_model->columnCount(); ++section) {

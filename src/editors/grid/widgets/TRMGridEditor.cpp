@@ -2,11 +2,11 @@
 #include "ui/WaitCursor.h"
 
 #include "editors/grid/GridExporter.h"
-#include "editors/grid/GridPrinter.h"
 #include "editors/grid/GridRowSizer.h"
 #include "editors/grid/widgets/GridClipboardData.h"
 #include "editors/grid/widgets/GridFindDialog.h"
 #include "editors/grid/widgets/GridIcons.h"
+#include "editors/grid/widgets/GridPrintJob.h"
 #include "editors/grid/widgets/GridReplaceDialog.h"
 #include "editors/grid/widgets/GridView.h"
 #include "ui/ColourSelector.h"
@@ -740,62 +740,14 @@ void TRMGridEditor::GridSaveBtnClick()
     SaveTableToDisk(QString());
 }
 
-GridPrintOptions TRMGridEditor::printOptions(const QString& title) const
-{
-    GridPrintOptions options;
-    options.title = title;
-    QFont titleFont(QStringLiteral("Arial"));
-    titleFont.setPointSize(14);
-    titleFont.setBold(true);
-    options.titleFont = titleFont;
-    options.titleSpacing = 10;
-    options.fitToPageWidth = !isMultiline();
-    return options;
-}
-
-namespace {
-
-// Asks for the printing title, then runs `print` on the printer set up for a grid (landscape,
-// narrow margins); the printer's orientation is put back afterwards.
-template <typename Print>
-void withPrintTitle(QWidget* parent, QPrinter* printer, const QString& title, Print&& print)
-{
-    const std::optional<QString> chosen = ui::dialogs().getText(
-        parent, QStringLiteral("Printing title"), QStringLiteral("Title:"), title);
-    if (!chosen) {
-        return;
-    }
-    const QPageLayout::Orientation orientation = printer->pageLayout().orientation();
-    printer->setPageOrientation(QPageLayout::Landscape);
-    printer->setPageMargins(QMarginsF(5, 5, 5, 5), QPageLayout::Millimeter);
-    print(*chosen);
-    printer->setPageOrientation(orientation);
-}
-
-} // namespace
-
 void TRMGridEditor::PrintTheGrid(const QString& title)
 {
-    QPrinter* p = printer();
-    withPrintTitle(this, p, title, [&](const QString& chosen) {
-        if (ui::dialogs().print(this, p)) {
-            WaitCursor wait;
-            GridPrinter gridPrinter(m_document.grid(), printOptions(chosen));
-            gridPrinter.print(p);
-        }
-    });
+    GridPrintJob::print(this, printer(), m_document.grid(), title, isMultiline());
 }
 
 void TRMGridEditor::PreviewTheGrid(const QString& title)
 {
-    QPrinter* p = printer();
-    withPrintTitle(this, p, title, [&](const QString& chosen) {
-        const GridPrintOptions options = printOptions(chosen);
-        ui::dialogs().printPreview(this, p, [this, &options](QPrinter* target) {
-            GridPrinter gridPrinter(m_document.grid(), options);
-            gridPrinter.print(target);
-        });
-    });
+    GridPrintJob::preview(this, printer(), m_document.grid(), title, isMultiline());
 }
 
 void TRMGridEditor::GridPrintBtnClick()

@@ -28,7 +28,6 @@ namespace kestrum::grid {
 class GridFindDialog;
 class GridReplaceDialog;
 class GridView;
-struct GridPrintOptions;
 
 // The grid page editor: the grid, its context menu PopupMenu1, the commands of the main
 // window's grid toolbar (GridBar) and table menu (TableMenu), find and replace, clipboard,
@@ -67,7 +66,7 @@ public:
     // The export dialog, opened with `fileName`; the format follows the typed extension or the
     // chosen filter, and the extension becomes the format's.
     void SaveTableToDisk(const QString& fileName);
-    // Asks for a title ("Printing title"), then prints through the print dialog.
+    // Asks for a title ("Printing title"); "OK" prints on the printer as it is set up.
     void PrintTheGrid(const QString& title);
     void PreviewTheGrid(const QString& title);
     void SetAlignment(int alignment);
@@ -137,7 +136,6 @@ private:
     void replaceCurrent();
     void replaceAll();
     void putOnClipboard(const GridDocument& grid);
-    GridPrintOptions printOptions(const QString& title) const;
 
     GridPageDocument m_document;
     GridView* m_view = nullptr;

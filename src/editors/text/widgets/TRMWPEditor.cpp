@@ -6,15 +6,18 @@
 #include "editors/text/TextExporter.h"
 #include "editors/text/TextPageDocument.h"
 #include "editors/text/TextProperties.h"
+#include "editors/text/widgets/WPActionMenus.h"
 #include "editors/text/widgets/WPBordersDialog.h"
 #include "editors/text/widgets/WPBulletsDialog.h"
+#include "editors/text/widgets/WPDocumentPrinter.h"
+#include "editors/text/widgets/WPFileCommands.h"
 #include "editors/text/widgets/WPFindDialog.h"
 #include "editors/text/widgets/WPIcons.h"
 #include "editors/text/widgets/WPPageSetupDialog.h"
 #include "editors/text/widgets/WPParagraphDialog.h"
 #include "editors/text/widgets/WPRuler.h"
 #include "editors/text/widgets/WPTabStopsDialog.h"
-#include "editors/text/widgets/WPTableDialog.h"
+#include "editors/text/widgets/WPTableCommands.h"
 #include "editors/text/widgets/WPView.h"
 #include "ui/ColourSelector.h"
 #include "ui/Dialogs.h"
@@ -44,33 +47,7 @@ namespace {
 
 using ui::WaitCursor;
 
-constexpr const char* kEnglish = "kestrumEnglishCaption";
-
-const QStringList& importFilters()
-{
-    static const QStringList filters = {
-        QStringLiteral("Rich Text Format (*.rtf)"),
-        QStringLiteral("HTML (*.htm *.html)"),
-        QStringLiteral("Plain text (*.txt)"),
-        QStringLiteral("Word processor documents (*.doc *.docx *.odt *.wpd)"),
-        QStringLiteral("All files (*)"),
-    };
-    return filters;
-}
-
-struct ExportFilter
-{
-    const char* label;
-    const char* suffix;
-    TextExporter::Format format;
-};
-
-constexpr ExportFilter kExportFilters[] = {
-    {"Rich Text Format (*.rtf)", "rtf", TextExporter::Format::Rtf},
-    {"HTML (*.htm *.html)", "html", TextExporter::Format::Html},
-    {"Plain text (*.txt)", "txt", TextExporter::Format::PlainText},
-    {"OpenDocument Text (*.odt)", "odt", TextExporter::Format::Odt},
-};
+constexpr const char* kEnglish = WPActionMenus::kEnglish;
 
 } // namespace
 
@@ -79,7 +56,7 @@ TRMWPEditor::TRMWPEditor(QWidget* parent)
       m_ruler(new WPRuler(m_view, this)), m_toolBar(new QToolBar(this)),
       m_fontName(new QFontComboBox(this)), m_fontSize(new QComboBox(this)),
       m_panel1(new QWidget(this)), m_actionList(new QObject(this)), m_popup(new QMenu(this)),
-      m_tableMenu(nullptr),
+      m_tableMenu(nullptr), m_tables(m_view),
       m_fontColour(new ui::ColourSelector(ui::ColourSelector::Kind::Text,
                                           QStringLiteral("Font colour"), this)),
       m_backColour(new ui::ColourSelector(ui::ColourSelector::Kind::Background,
@@ -99,6 +76,8 @@ TRMWPEditor::TRMWPEditor(QWidget* parent)
     m_backColour->setProperty(kEnglish, QStringLiteral("Background colour"));
 
     m_view->setPageDocument(m_document);
+    m_files = std::make_unique<WPFileCommands>(
+        m_document, this, [this](const char* english) { return text(english); });
 
     // The font toolbar: font name and size only; enabled with the editor.
     m_fontSize->setEditable(true);
@@ -191,10 +170,9 @@ QAction* TRMWPEditor::makeAction(const char* name, const char* caption, Slot slo
     auto* action = new QAction(QString::fromUtf8(caption), m_actionList);
     action->setObjectName(QLatin1String(name));
     action->setProperty(kEnglish, QString::fromUtf8(caption));
-    QString hint = QString::fromUtf8(caption);
-    hint.remove(QStringLiteral("..."));
-    action->setToolTip(hint);
-    action->setStatusTip(hint);
+    // The hints read as the captions.
+    action->setToolTip(action->text());
+    action->setStatusTip(action->text());
     if (!shortcut.isEmpty()) {
         action->setShortcut(shortcut);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -212,8 +190,8 @@ QAction* TRMWPEditor::makeAction(const char* name, const char* caption, Slot slo
 
 void TRMWPEditor::createActions()
 {
-    makeAction("WPImport", "Import...", &TRMWPEditor::importFile);
-    makeAction("WPExport", "Export...", &TRMWPEditor::exportFile);
+    makeAction("WPImport", "Import...", [this] { m_files->importFile(); });
+    makeAction("WPExport", "Export...", [this] { m_files->exportFile(); });
     makeAction("WPFont", "Fonts...", &TRMWPEditor::chooseFont);
     makeAction("WPParagraph", "Paragraphs...", &TRMWPEditor::paragraphDialog);
     makeAction("WPBullets", "Bullets...", &TRMWPEditor::bulletsDialog);
@@ -265,9 +243,9 @@ void TRMWPEditor::createActions()
                QStringLiteral("outdent"));
     makeAction("WPNextLevel", "Next Level", &TRMWPEditor::nextLevel, {}, QStringLiteral("indent"));
 
-    makeAction("WPOpen", "Open", &TRMWPEditor::openFile);
-    makeAction("WPSave", "Save", &TRMWPEditor::saveFile);
-    makeAction("WPNew", "New", &TRMWPEditor::newDocument);
+    makeAction("WPOpen", "Open", [this] { m_files->openFile(); });
+    makeAction("WPSave", "Save", [this] { m_files->saveFile(); });
+    makeAction("WPNew", "New", [this] { m_files->newDocument(); });
 
     makeAction("WPBold", "Bold", &TRMWPEditor::toggleBold, QKeySequence::Bold,
                QStringLiteral("bold"), true);
@@ -286,21 +264,25 @@ void TRMWPEditor::createActions()
                QStringLiteral("print"));
     makeAction("WPPrinterSetup", "Printer Setup", &TRMWPEditor::printerSetup);
 
-    makeAction("WPCreateTable", "Create Table", &TRMWPEditor::createTable, {},
-               QStringLiteral("table"));
-    makeAction("WPInsertRow", "Insert Row", &TRMWPEditor::insertRow);
-    makeAction("WPInsertColumn", "Insert Column", &TRMWPEditor::insertColumn);
-    makeAction("WPDeleteRow", "Delete Row", &TRMWPEditor::deleteRow);
-    makeAction("WPDeleteColumn", "Delete Column", &TRMWPEditor::deleteColumn);
-    makeAction("WPSelectRow", "Select Row", &TRMWPEditor::selectRow);
-    makeAction("WPSelectColumn", "Select Column", &TRMWPEditor::selectColumn);
+    makeAction(
+        "WPCreateTable", "Create Table",
+        [this] { m_tables.createTable(this, text("Create Table")); }, {}, QStringLiteral("table"));
+    makeAction("WPInsertRow", "Insert Row", [this] { m_tables.insertRow(); });
+    makeAction("WPInsertColumn", "Insert Column", [this] { m_tables.insertColumn(); });
+    makeAction("WPDeleteRow", "Delete Row", [this] { m_tables.deleteRow(); });
+    makeAction("WPDeleteColumn", "Delete Column", [this] { m_tables.deleteColumn(); });
+    makeAction("WPSelectRow", "Select Row", [this] { m_tables.selectRow(); });
+    makeAction("WPSelectColumn", "Select Column", [this] { m_tables.selectColumn(); });
 
-    makeAction("WPTopBorders", "Top Borders", &TRMWPEditor::topBorders);
-    makeAction("WPBottomBorders", "Bottom Borders", &TRMWPEditor::bottomBorders);
-    makeAction("WPLeftBorders", "Left Borders", &TRMWPEditor::leftBorders);
-    makeAction("WPRightBorders", "Right Borders", &TRMWPEditor::rightBorders);
-    makeAction("WPBordersOn", "Switch Borders On", &TRMWPEditor::bordersOn);
-    makeAction("WPBordersOff", "Switch Borders Off", &TRMWPEditor::bordersOff);
+    makeAction("WPTopBorders", "Top Borders", [this] { m_tables.toggleBorders(BorderSide::Top); });
+    makeAction("WPBottomBorders", "Bottom Borders",
+               [this] { m_tables.toggleBorders(BorderSide::Bottom); });
+    makeAction("WPLeftBorders", "Left Borders",
+               [this] { m_tables.toggleBorders(BorderSide::Left); });
+    makeAction("WPRightBorders", "Right Borders",
+               [this] { m_tables.toggleBorders(BorderSide::Right); });
+    makeAction("WPBordersOn", "Switch Borders On", [this] { m_tables.switchBorders(true); });
+    makeAction("WPBordersOff", "Switch Borders Off", [this] { m_tables.switchBorders(false); });
 
     auto* alignment = new QActionGroup(m_actionList);
     for (const char* name : {"WPAlignLeft", "WPAlignCenter", "WPAlignRight", "WPAlignJustify"}) {
@@ -310,121 +292,24 @@ void TRMWPEditor::createActions()
 
 void TRMWPEditor::createMenus()
 {
-    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
-    m_popup->addAction(a("WPCut"));
-    m_popup->addAction(a("WPCopy"));
-    m_popup->addAction(a("WPPaste"));
-    m_popup->addSeparator();
-    m_popup->addAction(a("WPFind"));
-    m_popup->addAction(a("WPReplace"));
-    m_popup->addSeparator();
-    m_popup->addAction(a("WPFont"));
-    m_popup->addAction(a("WPParagraph"));
-    m_popup->addAction(a("WPBorders"));
-    m_popup->addAction(a("WPTabStops"));
-    m_popup->addAction(a("WPBullets"));
-    m_tableMenu = m_popup->addMenu(QStringLiteral("Table"));
-    m_tableMenu->setObjectName(QStringLiteral("MemoPopup2Table"));
-    m_tableMenu->setProperty(kEnglish, QStringLiteral("Table"));
+    m_tableMenu = WPActionMenus::fillPopup(m_popup, lookup());
     m_menus << m_tableMenu;
-    m_tableMenu->addAction(a("WPCreateTable"));
-    m_tableMenu->addSeparator();
-    for (const char* name : {"WPInsertRow", "WPInsertColumn", "WPDeleteRow", "WPDeleteColumn",
-                             "WPSelectRow", "WPSelectColumn"}) {
-        m_tableMenu->addAction(a(name));
-    }
 }
 
 void TRMWPEditor::populateToolBar(QToolBar* toolBar)
 {
-    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
-    toolBar->addAction(a("WPUndo"));
-    toolBar->addAction(a("WPRedo"));
-    toolBar->addSeparator();
-    toolBar->addAction(a("WPCut"));
-    toolBar->addAction(a("WPCopy"));
-    toolBar->addAction(a("WPPaste"));
-    toolBar->addSeparator();
-    toolBar->addAction(a("WPBold"));
-    toolBar->addAction(a("WPItalic"));
-    toolBar->addAction(a("WPUnderline"));
-    toolBar->addSeparator();
-    toolBar->addWidget(m_fontColour);
-    toolBar->addWidget(m_backColour);
-    toolBar->addSeparator();
-    toolBar->addAction(a("WPAlignLeft"));
-    toolBar->addAction(a("WPAlignCenter"));
-    toolBar->addAction(a("WPAlignRight"));
-    toolBar->addAction(a("WPAlignJustify"));
-    toolBar->addSeparator();
-    toolBar->addAction(a("WPBulletList"));
-    toolBar->addAction(a("WPNumberList"));
-    toolBar->addAction(a("WPPriorLevel"));
-    toolBar->addAction(a("WPNextLevel"));
-    toolBar->addSeparator();
-    toolBar->addAction(a("WPCreateTable"));
-    toolBar->addAction(a("WPPrint"));
+    WPActionMenus::fillToolBar(toolBar, lookup(), m_fontColour, m_backColour);
 }
 
 void TRMWPEditor::populateMenu(QMenu* menu)
 {
-    auto a = [this](const char* name) { return m_actions.value(QLatin1String(name)); };
-    auto sub = [this, menu](const char* title) {
-        QMenu* m = menu->addMenu(QString::fromUtf8(title));
-        m->setProperty(kEnglish, QString::fromUtf8(title));
-        m_menus << m;
-        return m;
-    };
-    for (const char* name : {"WPNew", "WPOpen", "WPSave"}) {
-        menu->addAction(a(name));
-    }
-    menu->addSeparator();
-    menu->addAction(a("WPImport"));
-    menu->addAction(a("WPExport"));
-    menu->addSeparator();
-    menu->addAction(a("WPUndo"));
-    menu->addAction(a("WPRedo"));
-    menu->addSeparator();
-    for (const char* name : {"WPCut", "WPCopy", "WPPaste", "WPDeleteText", "WPSelectAll"}) {
-        menu->addAction(a(name));
-    }
-    menu->addSeparator();
-    menu->addAction(a("WPFind"));
-    menu->addAction(a("WPReplace"));
-    menu->addSeparator();
-    for (const char* name :
-         {"WPFont", "WPParagraph", "WPBullets", "WPTabStops", "WPBorders", "WPPageSetup"}) {
-        menu->addAction(a(name));
-    }
-    QMenu* style = sub("Character");
-    for (const char* name :
-         {"WPBold", "WPItalic", "WPUnderline", "WPStrikeOut", "WPSubscript", "WPSuperscript"}) {
-        style->addAction(a(name));
-    }
-    QMenu* alignment = sub("Alignment");
-    for (const char* name : {"WPAlignLeft", "WPAlignCenter", "WPAlignRight", "WPAlignJustify"}) {
-        alignment->addAction(a(name));
-    }
-    QMenu* lists = sub("Lists");
-    for (const char* name : {"WPBulletList", "WPNumberList", "WPPriorLevel", "WPNextLevel"}) {
-        lists->addAction(a(name));
-    }
-    QMenu* table = sub("Table");
-    table->addAction(a("WPCreateTable"));
-    table->addSeparator();
-    for (const char* name : {"WPInsertRow", "WPInsertColumn", "WPDeleteRow", "WPDeleteColumn",
-                             "WPSelectRow", "WPSelectColumn"}) {
-        table->addAction(a(name));
-    }
-    QMenu* borders = sub("Cell and paragraph borders");
-    for (const char* name : {"WPTopBorders", "WPBottomBorders", "WPLeftBorders", "WPRightBorders",
-                             "WPBordersOn", "WPBordersOff"}) {
-        borders->addAction(a(name));
-    }
-    menu->addSeparator();
-    menu->addAction(a("WPPrint"));
-    menu->addAction(a("WPPrinterSetup"));
+    m_menus << WPActionMenus::fillMenu(menu, lookup());
     reloadStrings();
+}
+
+WPActionMenus::Lookup TRMWPEditor::lookup() const
+{
+    return [this](const char* name) { return m_actions.value(QLatin1String(name)); };
 }
 
 QList<QAction*> TRMWPEditor::editorActions() const
@@ -444,6 +329,15 @@ void TRMWPEditor::showEvent(QShowEvent* event)
     ui::EditorPanel::showEvent(event);
     // The font toolbar comes alive with the editor.
     m_toolBar->setEnabled(m_view->isEnabled());
+}
+
+bool TRMWPEditor::event(QEvent* event)
+{
+    // The window passes its activation on to every widget it holds: take its colour then.
+    if (event->type() == QEvent::WindowActivate && window() != this) {
+        FormActivate(window()->palette().color(QPalette::Window));
+    }
+    return ui::EditorPanel::event(event);
 }
 
 void TRMWPEditor::updateFormatActions()
@@ -531,110 +425,6 @@ void TRMWPEditor::WPViewCharacterAttrChange()
     const QTextCharFormat format = m_view->currentCharFormat();
     m_fontColour->setColour(TextEditCommands::shownForeground(format));
     m_backColour->setColour(TextEditCommands::shownBackground(format, m_document->colours()));
-}
-
-// ---- files -------------------------------------------------------------------------------------
-
-bool TRMWPEditor::loadWithMessage(const QString& path, bool external)
-{
-    QString error;
-    bool ok = false;
-    {
-        WaitCursor wait;
-        WordConverterOptions options = m_document->converterOptions();
-        options.idle = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
-        m_document->setConverterOptions(options);
-        ok = external ? m_document->loadExternalFile(path, &error)
-                      : m_document->loadFile(path, &error);
-    }
-    if (!ok) {
-        ui::dialogs().warning(this, error);
-        return false;
-    }
-    m_document->notifyChanged();
-    return true;
-}
-
-bool TRMWPEditor::LoadExternalFile(const QString& fileName)
-{
-    return loadWithMessage(fileName, true);
-}
-
-void TRMWPEditor::importFile()
-{
-    ui::Dialogs::FileRequest request;
-    request.caption = text("Import...");
-    request.filters = importFilters();
-    const auto choice = ui::dialogs().getOpenFileName(this, request);
-    if (choice) {
-        loadWithMessage(choice->fileName, false);
-    }
-}
-
-void TRMWPEditor::openFile()
-{
-    ui::Dialogs::FileRequest request;
-    request.caption = text("Open");
-    request.filters = importFilters();
-    const auto choice = ui::dialogs().getOpenFileName(this, request);
-    if (choice && loadWithMessage(choice->fileName, false)) {
-        m_fileName = choice->fileName;
-    }
-}
-
-void TRMWPEditor::exportFile()
-{
-    ui::Dialogs::FileRequest request;
-    request.caption = text("Export...");
-    for (const ExportFilter& filter : kExportFilters) {
-        request.filters << QLatin1String(filter.label);
-    }
-    request.defaultSuffix = QStringLiteral("rtf");
-    const auto choice = ui::dialogs().getSaveFileName(this, request);
-    if (!choice) {
-        return;
-    }
-    QString path = choice->fileName;
-    const int index = std::clamp(choice->filterIndex, 1, int(std::size(kExportFilters))) - 1;
-    TextExporter::Format format = kExportFilters[index].format;
-    if (const auto bySuffix = TextExporter::formatForSuffix(QFileInfo(path).suffix())) {
-        format = *bySuffix;
-    } else {
-        path += QLatin1Char('.') + QLatin1String(kExportFilters[index].suffix);
-    }
-    QString error;
-    WaitCursor wait;
-    if (!m_document->exportFile(path, format, &error)) {
-        ui::dialogs().warning(this, error);
-    }
-}
-
-void TRMWPEditor::saveFile()
-{
-    if (m_fileName.isEmpty()) {
-        ui::Dialogs::FileRequest request;
-        request.caption = text("Save");
-        request.filters = {QStringLiteral("Rich Text Format (*.rtf)")};
-        request.defaultSuffix = QStringLiteral("rtf");
-        const auto choice = ui::dialogs().getSaveFileName(this, request);
-        if (!choice) {
-            return;
-        }
-        m_fileName = choice->fileName;
-    }
-    const auto format = TextExporter::formatForSuffix(QFileInfo(m_fileName).suffix())
-                            .value_or(TextExporter::Format::Rtf);
-    QString error;
-    if (!m_document->exportFile(m_fileName, format, &error)) {
-        ui::dialogs().warning(this, error);
-    }
-}
-
-void TRMWPEditor::newDocument()
-{
-    m_document->clear();
-    m_fileName.clear();
-    m_document->notifyChanged();
 }
 
 // ---- dialogs -----------------------------------------------------------------------------------
@@ -844,22 +634,7 @@ QPrinter* TRMWPEditor::printer()
 
 void TRMWPEditor::printDocument(QPrinter* target)
 {
-    const PageLayout page = m_document->pageLayout();
-    std::unique_ptr<QTextDocument> copy = TextExporter::visibleCopy(*m_view->document());
-    const qreal px = 96.0 / 1440.0;
-    QTextFrameFormat root = copy->rootFrame()->frameFormat();
-    root.setLeftMargin(page.marginLeft * px);
-    root.setRightMargin(page.marginRight * px);
-    root.setTopMargin(page.marginTop * px);
-    root.setBottomMargin(page.marginBottom * px);
-    copy->rootFrame()->setFrameFormat(root);
-    copy->setPageSize(QSizeF(page.paperWidth * px, page.paperHeight * px));
-    target->setFullPage(true);
-    target->setPageSize(QPageSize(QSizeF(page.paperWidth / 20.0, page.paperHeight / 20.0),
-                                  QPageSize::Point, QString(), QPageSize::ExactMatch));
-    target->setPageOrientation(QPageLayout::Portrait);
-    target->setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
-    copy->print(target);
+    WPDocumentPrinter::print(*m_view->document(), m_document->pageLayout(), target);
 }
 
 void TRMWPEditor::print()
@@ -880,84 +655,11 @@ void TRMWPEditor::printerSetup()
     ui::dialogs().printSetup(this, printer());
 }
 
-// ---- tables ------------------------------------------------------------------------------------
+// ---- files -------------------------------------------------------------------------------------
 
-void TRMWPEditor::createTable()
+bool TRMWPEditor::LoadExternalFile(const QString& fileName)
 {
-    WPTableDialog dialog(this);
-    dialog.setWindowTitle(text("Create Table"));
-    if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
-        return;
-    }
-    const WPTableDialog::Table t = dialog.table();
-    m_view->setTextCursor(TextEditCommands(m_view->textCursor())
-                              .insertTable({t.rows, t.columns, t.border, t.padding}));
-}
-
-void TRMWPEditor::insertRow()
-{
-    TextEditCommands(m_view->textCursor()).insertRow();
-}
-
-void TRMWPEditor::insertColumn()
-{
-    TextEditCommands(m_view->textCursor()).insertColumn();
-}
-
-void TRMWPEditor::deleteRow()
-{
-    TextEditCommands(m_view->textCursor()).deleteRow();
-}
-
-void TRMWPEditor::deleteColumn()
-{
-    TextEditCommands(m_view->textCursor()).deleteColumn();
-}
-
-void TRMWPEditor::selectRow()
-{
-    m_view->setTextCursor(TextEditCommands(m_view->textCursor()).rowSelection());
-}
-
-void TRMWPEditor::selectColumn()
-{
-    m_view->setTextCursor(TextEditCommands(m_view->textCursor()).columnSelection());
-}
-
-void TRMWPEditor::setBorders(int sides, TextEditCommands::BorderChange change)
-{
-    TextEditCommands(m_view->textCursor()).setBorders(sides, change);
-    m_view->viewport()->update();
-}
-
-void TRMWPEditor::topBorders()
-{
-    setBorders(BorderSide::Top, TextEditCommands::BorderChange::Toggle);
-}
-
-void TRMWPEditor::bottomBorders()
-{
-    setBorders(BorderSide::Bottom, TextEditCommands::BorderChange::Toggle);
-}
-
-void TRMWPEditor::leftBorders()
-{
-    setBorders(BorderSide::Left, TextEditCommands::BorderChange::Toggle);
-}
-
-void TRMWPEditor::rightBorders()
-{
-    setBorders(BorderSide::Right, TextEditCommands::BorderChange::Toggle);
-}
-
-void TRMWPEditor::bordersOn()
-{
-    setBorders(BorderSide::All, TextEditCommands::BorderChange::On);
-}
-
-void TRMWPEditor::bordersOff()
-{
-    setBorders(BorderSide::All, TextEditCommands::BorderChange::Off);
+    return m_files->loadWithMessage(fileName, true);
 }
 
 // ---- find and replace --------------------------------------------------------------------------
@@ -1058,10 +760,8 @@ void TRMWPEditor::reloadStrings()
         }
         const QString caption = m_language.text(english);
         action->setText(caption);
-        QString hint = caption;
-        hint.remove(QStringLiteral("..."));
-        action->setToolTip(hint);
-        action->setStatusTip(hint);
+        action->setToolTip(caption);
+        action->setStatusTip(caption);
     }
     for (QMenu* menu : m_menus) {
         if (menu) {

@@ -3,6 +3,8 @@
 #include "editors/text/TextEditCommands.h"
 #include "editors/text/TextFinder.h"
 #include "editors/text/WPLanguageControl.h"
+#include "editors/text/widgets/WPActionMenus.h"
+#include "editors/text/widgets/WPTableCommands.h"
 #include "ui/EditorPanel.h"
 
 #include <QHash>
@@ -24,6 +26,7 @@ class ColourSelector;
 namespace kestrum::text {
 
 class TextPageDocument;
+class WPFileCommands;
 class WPFindDialog;
 class WPRuler;
 class WPView;
@@ -66,7 +69,8 @@ public:
     // Where "WP.XML" is looked for (default: the program's folder).
     void setLanguageFile(const QString& path) { m_languageFile = path; }
     const WPLanguageControl& languageControl() const { return m_language; }
-    // Gives the panels the main window's theme colour.
+    // Gives the panels the main window's theme colour. Runs by itself whenever the window
+    // holding the editor becomes active, with that window's colour.
     void FormActivate(const QColor& themeColour);
 
     // Finds the next match after the caret (or from the start) and selects it.
@@ -88,6 +92,7 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     template <typename Slot>
@@ -102,12 +107,9 @@ private:
     void updateEditActions();
     void mergeFormat(const QTextCharFormat& format);
 
+    WPActionMenus::Lookup lookup() const;
+
     // Action handlers.
-    void importFile();
-    void exportFile();
-    void openFile();
-    void saveFile();
-    void newDocument();
     void chooseFont();
     void paragraphDialog();
     void bulletsDialog();
@@ -131,24 +133,9 @@ private:
     void toggleSuperscript();
     void print();
     void printerSetup();
-    void createTable();
-    void insertRow();
-    void insertColumn();
-    void deleteRow();
-    void deleteColumn();
-    void selectRow();
-    void selectColumn();
-    void topBorders();
-    void bottomBorders();
-    void leftBorders();
-    void rightBorders();
-    void bordersOn();
-    void bordersOff();
     void toggleList(int style);
     void changeLevel(int delta);
-    void setBorders(int sides, TextEditCommands::BorderChange change);
     void runFindDialog(bool replace);
-    bool loadWithMessage(const QString& path, bool external);
 
     TextPageDocument* m_document;
     WPView* m_view;
@@ -160,13 +147,14 @@ private:
     QObject* m_actionList;
     QMenu* m_popup;
     QMenu* m_tableMenu;
+    WPTableCommands m_tables;
     ui::ColourSelector* m_fontColour;
     ui::ColourSelector* m_backColour;
     QHash<QString, QAction*> m_actions;
     QList<QMenu*> m_menus; // menus titled by the editor (translated with it)
     WPLanguageControl m_language;
     QString m_languageFile;
-    QString m_fileName;
+    std::unique_ptr<WPFileCommands> m_files;
     std::unique_ptr<QPrinter> m_printer;
     bool m_updatingFormat = false;
 };
