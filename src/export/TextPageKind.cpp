@@ -54,7 +54,6 @@ CorePageKind textPageKind()
     kind.page.name = QStringLiteral("text");
     kind.page.icon = QStringLiteral(":/icons/text.svg");
     kind.page.makeDocument = [] { return std::make_unique<text::TextPageDocument>(); };
-    kind.page.clearedWhenMissing = true;
 
     kind.exports.formats = {
         {{QStringLiteral("rtf")}, QStringLiteral("Rich text"), writeTextFile},
