@@ -163,7 +163,7 @@ constexpr Row kWords[] = {
     {"mmathPr", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nestcell", RtfKeyword::NestCell, RtfWordGroup::Character},
     {"nestrow", RtfKeyword::NestRow, RtfWordGroup::Character},
-    {"nesttableprops", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
+    {"nesttableprops", RtfKeyword::NestTableProps, RtfWordGroup::Destination},
     {"nonesttables", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nonshppict", RtfKeyword::NonShpPict, RtfWordGroup::Destination},
     {"nosupersub", RtfKeyword::NoSuperSub, RtfWordGroup::CharacterFormat},
@@ -331,6 +331,7 @@ bool RtfKeywords::readsStarred(RtfKeyword keyword)
     case RtfKeyword::ShpPict:
     case RtfKeyword::ListText:
     case RtfKeyword::PnText:
+    case RtfKeyword::NestTableProps:
         return true;
     default:
         return false;
@@ -343,7 +344,6 @@ QChar RtfKeywords::symbol(RtfKeyword keyword)
     case RtfKeyword::Line:
         return QChar::LineSeparator;
     case RtfKeyword::Tab:
-    case RtfKeyword::NestCell:
         return QLatin1Char('\t');
     case RtfKeyword::EmDash:
         return QChar(0x2014);

@@ -62,6 +62,7 @@ enum class RtfKeyword
     Object,
     Shp,
     Footnote,
+    NestTableProps,
     SkipDestination,
     // Character
     Par,

@@ -130,6 +130,47 @@ QString plainBlockText(const QTextBlock& block)
     return text;
 }
 
+QString plainCell(const QTextDocument& document, const QTextTableCell& cell);
+
+// A table inside a cell, on the cell's line: each row in brackets, its cells apart by " | ".
+QString plainNestedTable(const QTextDocument& document, const QTextTable* table)
+{
+    QStringList rows;
+    for (int r = 0; r < table->rows(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < table->columns();) {
+            const QTextTableCell cell = table->cellAt(r, c);
+            cells << (cell.row() == r ? plainCell(document, cell) : QString());
+            c += std::max(1, cell.columnSpan());
+        }
+        rows << QLatin1Char('[') + cells.join(QLatin1String(" | ")) + QLatin1Char(']');
+    }
+    return rows.join(QLatin1Char(' '));
+}
+
+// The text of a cell on one line: its paragraphs and inner tables apart by spaces.
+QString plainCell(const QTextDocument& document, const QTextTableCell& cell)
+{
+    QStringList parts;
+    for (auto it = cell.begin(); !it.atEnd(); ++it) {
+        if (const QTextFrame* child = it.currentFrame()) {
+            if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+                parts << plainNestedTable(document, table);
+            } else {
+                for (QTextBlock b = document.findBlock(child->firstPosition());
+                     b.isValid() && b.position() <= child->lastPosition(); b = b.next()) {
+                    parts << plainBlockText(b);
+                }
+            }
+        } else {
+            parts << plainBlockText(it.currentBlock());
+        }
+    }
+    // Empty paragraphs (Qt keeps one before a table in a cell) take no space of their own.
+    parts.removeIf([](const QString& part) { return part.isEmpty(); });
+    return parts.join(QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+}
+
 void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringList& lines)
 {
     for (auto it = frame->begin(); !it.atEnd(); ++it) {
@@ -139,15 +180,7 @@ void plainFrame(const QTextDocument& document, const QTextFrame* frame, QStringL
                     QStringList cells;
                     for (int c = 0; c < table->columns();) {
                         const QTextTableCell cell = table->cellAt(r, c);
-                        QStringList parts;
-                        if (cell.row() == r) {
-                            for (QTextBlock b = document.findBlock(cell.firstPosition());
-                                 b.isValid() && b.position() <= cell.lastPosition(); b = b.next()) {
-                                parts << plainBlockText(b);
-                            }
-                        }
-                        cells << parts.join(QLatin1Char(' '))
-                                     .replace(QLatin1Char('\t'), QLatin1Char(' '));
+                        cells << (cell.row() == r ? plainCell(document, cell) : QString());
                         c += std::max(1, cell.columnSpan());
                     }
                     lines << cells.join(QLatin1Char('\t'));
