@@ -8,6 +8,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kestrum::text {
 
@@ -20,17 +21,6 @@ namespace {
 
 constexpr int kMaxOpenBookmarks = 10000;
 constexpr int kDefaultCellWidth = 1440;
-
-// Whether two paragraphs lie in the same frame and, in a table, in the same cell.
-bool sameCell(const QTextBlock& a, const QTextBlock& b)
-{
-    const QTextFrame* frame = QTextCursor(a).currentFrame();
-    if (frame != QTextCursor(b).currentFrame()) {
-        return false;
-    }
-    const auto* table = qobject_cast<const QTextTable*>(frame);
-    return !table || table->cellAt(a.position()) == table->cellAt(b.position());
-}
 
 } // namespace
 
@@ -284,13 +274,13 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
                             twipsToPixels(paragraph.list.indent() * kListIndentTwips));
         m_cursor.setBlockFormat(block);
         if (!m_blockHasContent) {
-            m_cursor.setBlockCharFormat(mark);
+            setMarkFormat(mark);
         }
         return;
     }
     m_cursor.setBlockFormat(block);
     if (!m_blockHasContent) {
-        m_cursor.setBlockCharFormat(mark);
+        setMarkFormat(mark);
     }
     if (!paragraph.listKey.isEmpty()) {
         QTextList* list = m_lists.value(paragraph.listKey);
@@ -304,6 +294,17 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
         }
     }
     m_previousListKey = paragraph.listKey;
+}
+
+void RtfDocumentBuilder::setMarkFormat(const QTextCharFormat& mark)
+{
+    // The mark of a cell's first paragraph carries the cell's own format (borders, shading):
+    // the paragraph's format joins it.
+    if (m_cursor.block().position() == m_cellFirstBlock) {
+        m_cursor.mergeBlockCharFormat(mark);
+    } else {
+        m_cursor.setBlockCharFormat(mark);
+    }
 }
 
 void RtfDocumentBuilder::closeTable()
@@ -382,12 +383,6 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
         return std::min(int(it - edges.begin()), columns - 1);
     };
 
-    struct Placed
-    {
-        int start;
-        int span;
-        bool continuation;
-    };
     std::vector<std::vector<Placed>> placed(rows.size());
     for (std::size_t r = 0; r < rows.size(); ++r) {
         PendingRow& row = rows[r];
@@ -429,20 +424,17 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
         ++headerRows;
     }
     format.setHeaderRowCount(headerRows);
-    QList<QTextLength> widths;
-    int left = std::max(0, origin);
-    for (int edge : edges) {
-        widths << QTextLength(QTextLength::FixedLength, twipsToPixels(std::max(60, edge - left)));
-        left = edge;
-    }
-    format.setColumnWidthConstraints(widths);
+    format.setColumnWidthConstraints(columnWidths(rows, placed, edges, origin));
 
     // Qt keeps the paragraph the table is inserted in before the table: an empty paragraph
     // opened by the last \par joins the one before it (in the same cell), so that no empty
     // line appears.
-    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1) {
+    // (The document's frames are not known while it is being built: cells are told apart by
+    // the position of the cell's first paragraph.)
+    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1 &&
+        m_cursor.block().position() != m_cellFirstBlock) {
         const QTextBlock previous = m_cursor.block().previous();
-        if (previous.isValid() && sameCell(previous, m_cursor.block())) {
+        if (previous.isValid()) {
             m_cursor.deletePreviousChar();
         }
     }
@@ -569,6 +561,7 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
             cell.setFormat(cellFormat);
 
             m_cursor = cell.firstCursorPosition();
+            m_cellFirstBlock = m_cursor.block().position();
             m_blockHasContent = false;
             m_lastWasParagraphEnd = false;
             if (i < row.cells.size()) {
@@ -580,8 +573,56 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
     }
     m_cursor = table->lastCursorPosition();
     m_cursor.movePosition(QTextCursor::NextBlock);
+    m_cellFirstBlock = -1;
     m_blockHasContent = false;
     m_lastWasParagraphEnd = false;
+}
+
+QList<QTextLength> RtfDocumentBuilder::columnWidths(const std::vector<PendingRow>& rows,
+                                                    const std::vector<std::vector<Placed>>& placed,
+                                                    const std::vector<int>& edges, int origin)
+{
+    // The cell boundaries give fixed widths; a cell of one column that asked for a share of
+    // the page or an automatic width gives its column that instead.
+    QList<QTextLength> widths;
+    int left = std::max(0, origin);
+    for (int edge : edges) {
+        widths << QTextLength(QTextLength::FixedLength, twipsToPixels(std::max(60, edge - left)));
+        left = edge;
+    }
+    std::vector<bool> decided(edges.size(), false);
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        const std::vector<RtfCellDef>& defs = rows[r].def.cells;
+        for (std::size_t i = 0; i < placed[r].size() && i < defs.size(); ++i) {
+            const Placed& cell = placed[r][i];
+            const std::size_t column = std::size_t(cell.start);
+            if (cell.span != 1 || decided[column]) {
+                continue;
+            }
+            if (defs[i].widthKind == RtfCellDef::WidthPercent && defs[i].width > 0) {
+                widths[qsizetype(column)] = QTextLength(QTextLength::PercentageLength,
+                                                        std::min(defs[i].width, 5000) / 50.0);
+            } else if (defs[i].widthKind == RtfCellDef::WidthAuto) {
+                widths[qsizetype(column)] = QTextLength(QTextLength::VariableLength, 0);
+            }
+            decided[column] = true;
+        }
+    }
+    // Shares that add up to the whole page within what fiftieths of a percent can say are
+    // the whole page (three columns of 33.34% are thirds).
+    double total = 0;
+    for (const QTextLength& width : widths) {
+        if (width.type() != QTextLength::PercentageLength) {
+            return widths;
+        }
+        total += width.rawValue();
+    }
+    if (total > 0 && std::abs(total - 100.0) <= 0.02 * double(widths.size())) {
+        for (QTextLength& width : widths) {
+            width = QTextLength(QTextLength::PercentageLength, width.rawValue() * 100.0 / total);
+        }
+    }
+    return widths;
 }
 
 void RtfDocumentBuilder::applyBookmarks()

@@ -8,6 +8,7 @@
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
 #include <QTextCursor>
+#include <QTextFormat>
 #include <QTextImageFormat>
 #include <QTextListFormat>
 
@@ -50,6 +51,16 @@ struct RtfCellDef
     QColor shading;
     std::array<RtfBorder, SideCount> borders;
     int verticalAlign = 0; // 0 top, 1 centre, 2 bottom
+    // The width the cell asks for (\clftsWidthN\clwWidthN): its kind and value.
+    enum WidthKind
+    {
+        WidthUnset = 0,
+        WidthAuto = 1,
+        WidthPercent = 2, // in fiftieths of a percent
+        WidthTwips = 3
+    };
+    int widthKind = WidthUnset;
+    int width = 0;
 };
 
 // A table row definition (\trowd ...).
@@ -148,6 +159,13 @@ private:
         bool rowOpen = false;
         int cellIndex = 0;
     };
+    // Where a cell of a row went on the table's column grid.
+    struct Placed
+    {
+        int start;
+        int span;
+        bool continuation;
+    };
     struct Bookmark
     {
         QString name;
@@ -159,10 +177,14 @@ private:
     void record(Op op);
     void apply(const Op& op);
     void applyParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark);
+    void setMarkFormat(const QTextCharFormat& mark);
     static void openRow(PendingTable& table);
     void closeTable();
     void placeTable(PendingTable& table);
     void buildTable(PendingTable& table);
+    static QList<QTextLength> columnWidths(const std::vector<PendingRow>& rows,
+                                           const std::vector<std::vector<Placed>>& placed,
+                                           const std::vector<int>& edges, int origin);
     void applyBookmarks();
 
     QTextDocument* m_document;
@@ -175,6 +197,9 @@ private:
     QString m_previousListKey;
     QSet<QString> m_listsWithMarkers;
 
+    // While a table is laid out: the position of the first paragraph of the cell being
+    // filled (-1 when the cursor is past it).
+    int m_cellFirstBlock = -1;
     // The open tables, outermost first.
     std::vector<std::shared_ptr<PendingTable>> m_tables;
 

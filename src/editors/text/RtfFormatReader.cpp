@@ -397,6 +397,13 @@ void RtfFormatReader::tableWord(const RtfWord& word, bool nested)
     case RtfKeyword::ClVertalB:
         activeCell().verticalAlign = 2;
         break;
+    case RtfKeyword::ClFtsWidth:
+        activeCell().widthKind =
+            qBound(int(RtfCellDef::WidthUnset), p, int(RtfCellDef::WidthTwips));
+        break;
+    case RtfKeyword::ClWWidth:
+        activeCell().width = qBound(0, p, rtf::kMaxTwips * 4);
+        break;
     default:
         break;
     }

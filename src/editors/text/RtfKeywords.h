@@ -183,6 +183,8 @@ enum class RtfKeyword
     ClVertalT,
     ClVertalC,
     ClVertalB,
+    ClFtsWidth,
+    ClWWidth,
     TrBrdrT,
     TrBrdrB,
     TrBrdrL,

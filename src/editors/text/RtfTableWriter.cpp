@@ -6,6 +6,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kestrum::text {
 
@@ -78,11 +79,29 @@ std::vector<int> RtfTableWriter::columnWidths(const QTextTable* table) const
     return widths;
 }
 
+void RtfTableWriter::writePreferredWidth(const QTextLength& length, int twipsWidth)
+{
+    switch (length.type()) {
+    case QTextLength::PercentageLength:
+        m_rtf.word("clftsWidth", 2);
+        m_rtf.word("clwWidth", std::clamp(int(std::lround(length.rawValue() * 50)), 1, 5000));
+        break;
+    case QTextLength::FixedLength:
+        m_rtf.word("clftsWidth", 3);
+        m_rtf.word("clwWidth", twipsWidth);
+        break;
+    default:
+        m_rtf.word("clftsWidth", 1);
+        break;
+    }
+}
+
 void RtfTableWriter::writeRowDefinition(const QTextTable* table, int r,
                                         const std::vector<int>& widths)
 {
     const QTextTableFormat format = table->format();
     const int columns = table->columns();
+    const QList<QTextLength> constraints = format.columnWidthConstraints();
     const int gap = std::clamp(twips(format.cellPadding()), 0, 1440);
     const int left = std::clamp(twips(format.leftMargin()), 0, 31680);
     const bool tableBorder =
@@ -164,6 +183,10 @@ void RtfTableWriter::writeRowDefinition(const QTextTable* table, int r,
         if (cf.hasProperty(QTextFormat::BackgroundBrush) &&
             cf.background().style() != Qt::NoBrush) {
             m_rtf.word("clcbpat", colourNumber(cf.background().color()));
+        }
+        if (span == 1) {
+            writePreferredWidth(c < constraints.size() ? constraints[c] : QTextLength(),
+                                widths[std::size_t(c)]);
         }
         for (int k = 0; k < span && c + k < columns; ++k) {
             x += widths[std::size_t(c + k)];

@@ -6,6 +6,7 @@
 #include <vector>
 
 class QColor;
+class QTextLength;
 class QTextTable;
 
 namespace kestrum::text {
@@ -33,6 +34,8 @@ public:
 
 private:
     int colourNumber(const QColor& colour);
+    // \clftsWidthN\clwWidthN of a cell of one column.
+    void writePreferredWidth(const QTextLength& length, int twipsWidth);
 
     common::RtfEmitter& m_rtf;
     ColourTable& m_colours;

@@ -4,7 +4,9 @@
 #include "editors/text/ColourTable.h"
 #include "editors/text/RtfReader.h"
 #include "editors/text/RtfWriter.h"
+#include "editors/text/TextEditCommands.h"
 #include "editors/text/TextExporter.h"
+#include "editors/text/TextProperties.h"
 
 #include <QRegularExpression>
 #include <QTextBlock>
@@ -135,6 +137,47 @@ void checkNested(const QTextDocument& d)
     QVERIFY(!QTextCursor(d.find(QStringLiteral("After")).block()).currentTable());
 }
 
+// The border a side of a cell shows: its own, or else the table's ("none" when none shows).
+QString shownBorder(const QTextTable* table, int row, int column, int side)
+{
+    const QTextTableCellFormat cell = table->cellAt(row, column).format().toTableCellFormat();
+    const int widths[] = {QTextFormat::TableCellTopBorder, QTextFormat::TableCellBottomBorder,
+                          QTextFormat::TableCellLeftBorder, QTextFormat::TableCellRightBorder};
+    const int styles[] = {
+        QTextFormat::TableCellTopBorderStyle, QTextFormat::TableCellBottomBorderStyle,
+        QTextFormat::TableCellLeftBorderStyle, QTextFormat::TableCellRightBorderStyle};
+    const int brushes[] = {
+        QTextFormat::TableCellTopBorderBrush, QTextFormat::TableCellBottomBorderBrush,
+        QTextFormat::TableCellLeftBorderBrush, QTextFormat::TableCellRightBorderBrush};
+    const int width = widths[side];
+    const int style = styles[side];
+    const int brush = brushes[side];
+    double shownWidth = table->format().border();
+    int shownStyle = table->format().borderStyle();
+    QColor colour = table->format().borderBrush().color();
+    if (cell.hasProperty(width)) {
+        shownWidth = cell.doubleProperty(width);
+        shownStyle = cell.intProperty(style);
+        colour = cell.brushProperty(brush).color();
+    }
+    if (shownWidth <= 0 || shownStyle == QTextFrameFormat::BorderStyle_None) {
+        return QStringLiteral("none");
+    }
+    return QStringLiteral("%1 %2 %3").arg(shownWidth).arg(shownStyle).arg(colour.name());
+}
+
+QString widthText(const QTextLength& length)
+{
+    return QStringLiteral("%1:%2").arg(int(length.type())).arg(length.rawValue(), 0, 'f', 3);
+}
+
+// The `index`th table of the document's text.
+const QTextTable* tableAt(const QTextDocument& document, int index)
+{
+    const QList<QTextTable*> tables = tablesIn(document.rootFrame());
+    return index < tables.size() ? tables[index] : nullptr;
+}
+
 } // namespace
 
 class RtfTableTest : public QObject
@@ -145,6 +188,7 @@ private slots:
     void nestedTablesStayInTheirCells();
     void nestedTablesInExports();
     void nestedTableFallbackForOlderReaders();
+    void insertedTablesKeepWidthsAndBorders();
 };
 
 void RtfTableTest::nestedTablesStayInTheirCells()
@@ -216,6 +260,62 @@ void RtfTableTest::nestedTableFallbackForOlderReaders()
     // Each inner row is a paragraph of the outer cell, its cells apart by tabs.
     QCOMPARE(cellTexts(tables.first()->cellAt(0, 1)),
              (QStringList{"Left of inner", "a\tb", "deep", "c\td", "Below inner"}));
+}
+
+void RtfTableTest::insertedTablesKeepWidthsAndBorders()
+{
+    // Tables as the editor inserts them, left empty: columns sharing the width, the border of
+    // the table; one with fixed columns (resized by hand), cells whose borders were switched
+    // off or on, and a table without a border.
+    Doc doc;
+    QTextCursor cursor(doc.document.get());
+    cursor.insertText(QStringLiteral("Shares"));
+    TextEditCommands(cursor).insertTable({2, 3, 1, 4});
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QStringLiteral("Fixed"));
+    QTextCursor inFixed = TextEditCommands(cursor).insertTable({3, 2, 2, 6});
+    QTextTable* fixed = inFixed.currentTable();
+    QTextTableFormat format = fixed->format();
+    format.setColumnWidthConstraints(
+        {QTextLength(QTextLength::FixedLength, 120), QTextLength(QTextLength::FixedLength, 250)});
+    fixed->setFormat(format);
+    QTextCursor offCell = fixed->cellAt(1, 1).firstCursorPosition();
+    TextEditCommands(offCell).setBorders(BorderSide::Top | BorderSide::Right,
+                                         TextEditCommands::BorderChange::Off);
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QStringLiteral("Bare"));
+    QTextCursor inBare = TextEditCommands(cursor).insertTable({1, 4, 0, 2});
+    TextEditCommands(inBare).setBorders(BorderSide::Bottom, TextEditCommands::BorderChange::On);
+
+    const auto back = read(write(doc));
+    for (int t = 0; t < 3; ++t) {
+        const QTextTable* before = tableAt(*doc.document, t);
+        const QTextTable* after = tableAt(*back->document, t);
+        QVERIFY(before);
+        QVERIFY(after);
+        QCOMPARE(after->rows(), before->rows());
+        QCOMPARE(after->columns(), before->columns());
+        const QList<QTextLength> widths = before->format().columnWidthConstraints();
+        const QList<QTextLength> readWidths = after->format().columnWidthConstraints();
+        QCOMPARE(readWidths.size(), widths.size());
+        for (qsizetype c = 0; c < widths.size(); ++c) {
+            QCOMPARE(widthText(readWidths[c]), widthText(widths[c]));
+        }
+        QCOMPARE(after->format().cellPadding(), before->format().cellPadding());
+        for (int r = 0; r < before->rows(); ++r) {
+            for (int c = 0; c < before->columns(); ++c) {
+                QVERIFY(after->cellAt(r, c).firstCursorPosition().block().text().isEmpty());
+                for (int side = 0; side < 4; ++side) {
+                    QCOMPARE(shownBorder(after, r, c, side), shownBorder(before, r, c, side));
+                }
+            }
+        }
+    }
+    // What was switched off stays off; the table border shows elsewhere.
+    QCOMPARE(shownBorder(tableAt(*back->document, 1), 1, 1, 0), QStringLiteral("none"));
+    QCOMPARE(shownBorder(tableAt(*back->document, 1), 1, 1, 1), QStringLiteral("2 3 #000000"));
+    QCOMPARE(shownBorder(tableAt(*back->document, 2), 0, 0, 1), QStringLiteral("1 3 #000000"));
+    QCOMPARE(shownBorder(tableAt(*back->document, 2), 0, 0, 0), QStringLiteral("none"));
 }
 
 QTEST_GUILESS_MAIN(RtfTableTest)
