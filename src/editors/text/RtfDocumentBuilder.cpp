@@ -24,6 +24,13 @@ constexpr int kDefaultCellWidth = 1440;
 
 } // namespace
 
+bool RtfBorder::sameLine(const RtfBorder& other) const
+{
+    const QColor ink = colour.isValid() ? colour : QColor(Qt::black);
+    const QColor otherInk = other.colour.isValid() ? other.colour : QColor(Qt::black);
+    return style == other.style && width == other.width && ink == otherInk;
+}
+
 RtfDocumentBuilder::RtfDocumentBuilder(QTextDocument* document)
     : m_document(document), m_cursor(document)
 {
@@ -409,6 +416,12 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
     format.setBorderCollapse(true);
     format.setBorder(0);
     format.setCellSpacing(0);
+    const std::optional<RtfBorder> whole = tableBorder(rows);
+    if (whole) {
+        format.setBorder(std::max(1.0, twipsToPixels(std::clamp(whole->width, 1, 1440))));
+        format.setBorderStyle(QTextFrameFormat::BorderStyle(whole->style));
+        format.setBorderBrush(whole->colour.isValid() ? whole->colour : QColor(Qt::black));
+    }
     const RtfRowDef& first = rows.front().def;
     format.setCellPadding(twipsToPixels(std::clamp(first.gap, 0, 1440)));
     if (first.alignment == 1) {
@@ -483,7 +496,7 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
         }
     }
 
-    auto tableBorder = [](const RtfRowDef& def, RtfSide side, bool outer) -> RtfBorder {
+    auto rowBorder = [](const RtfRowDef& def, RtfSide side, bool outer) -> RtfBorder {
         switch (side) {
         case SideTop:
             return def.borders[outer ? 0 : 4];
@@ -519,13 +532,21 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
                                           cellPlace.start + cellPlace.span >= columns};
             for (int s = 0; s < SideCount; ++s) {
                 RtfBorder border = def.borders[std::size_t(s)];
-                if (!border.isSet()) {
-                    border = tableBorder(row.def, RtfSide(s), edge[s]);
+                if (whole) {
+                    // The table's border shows where the cell has none of its own.
+                    if (!border.given || border.sameLine(*whole)) {
+                        continue;
+                    }
+                } else if (!border.isSet()) {
+                    border = rowBorder(row.def, RtfSide(s), edge[s]);
                 }
-                if (!border.isSet() || border.style == QTextFrameFormat::BorderStyle_None) {
+                if (!border.isSet() && !whole) {
                     continue;
                 }
-                const qreal width = std::max(1.0, twipsToPixels(std::clamp(border.width, 1, 1440)));
+                // A side switched off in a table with a border: no width, no style.
+                const qreal width =
+                    border.isSet() ? std::max(1.0, twipsToPixels(std::clamp(border.width, 1, 1440)))
+                                   : 0.0;
                 const QBrush brush(border.colour.isValid() ? border.colour : QColor(Qt::black));
                 const auto style = QTextFrameFormat::BorderStyle(border.style);
                 switch (RtfSide(s)) {
@@ -576,6 +597,23 @@ void RtfDocumentBuilder::buildTable(PendingTable& pending)
     m_cellFirstBlock = -1;
     m_blockHasContent = false;
     m_lastWasParagraphEnd = false;
+}
+
+std::optional<RtfBorder> RtfDocumentBuilder::tableBorder(const std::vector<PendingRow>& rows)
+{
+    // The same border on every side of every row, between the cells too, is the table's.
+    const RtfBorder& first = rows.front().def.borders[0];
+    if (!first.given || !first.isSet()) {
+        return std::nullopt;
+    }
+    for (const PendingRow& row : rows) {
+        for (const RtfBorder& border : row.def.borders) {
+            if (!border.given || !border.sameLine(first)) {
+                return std::nullopt;
+            }
+        }
+    }
+    return first;
 }
 
 QList<QTextLength> RtfDocumentBuilder::columnWidths(const std::vector<PendingRow>& rows,

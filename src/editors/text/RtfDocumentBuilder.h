@@ -14,6 +14,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QTextDocument;
@@ -28,7 +29,9 @@ struct RtfBorder
     int width = 15;
     QColor colour;
     int space = 0;
+    bool given = false; // named by \clbrdrX or \trbrdrX, even as \brdrnone
     bool isSet() const { return style != 0; }
+    bool sameLine(const RtfBorder& other) const;
 };
 
 enum RtfSide
@@ -182,6 +185,7 @@ private:
     void closeTable();
     void placeTable(PendingTable& table);
     void buildTable(PendingTable& table);
+    static std::optional<RtfBorder> tableBorder(const std::vector<PendingRow>& rows);
     static QList<QTextLength> columnWidths(const std::vector<PendingRow>& rows,
                                            const std::vector<std::vector<Placed>>& placed,
                                            const std::vector<int>& edges, int origin);

@@ -364,6 +364,7 @@ void RtfFormatReader::tableWord(const RtfWord& word, bool nested)
         m_borderBox = false;
         m_borderSide = sideOf(word.keyword);
         activeCell().borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeCell().borders[std::size_t(m_borderSide)].given = true;
         break;
     case RtfKeyword::TrBrdrT:
     case RtfKeyword::TrBrdrB:
@@ -375,6 +376,7 @@ void RtfFormatReader::tableWord(const RtfWord& word, bool nested)
         m_borderBox = false;
         m_borderSide = sideOf(word.keyword);
         activeRow().borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeRow().borders[std::size_t(m_borderSide)].given = true;
         break;
     case RtfKeyword::ClVmgf:
         activeCell().verticalFirst = true;

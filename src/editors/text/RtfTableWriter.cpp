@@ -122,6 +122,19 @@ void RtfTableWriter::writeRowDefinition(const QTextTable* table, int r,
     if (r < format.headerRowCount()) {
         m_rtf.word("trhdr");
     }
+    if (tableBorder) {
+        // The table's border, outside and between the cells; the cells below name it too,
+        // for readers that draw cell borders only.
+        for (const char* name :
+             {"trbrdrt", "trbrdrl", "trbrdrb", "trbrdrr", "trbrdrh", "trbrdrv"}) {
+            m_rtf.word(name);
+            m_rtf.word(borderStyleWord(format.borderStyle()));
+            m_rtf.word("brdrw", tableBorderWidth);
+            if (tableBorderColour > 0) {
+                m_rtf.word("brdrcf", tableBorderColour);
+            }
+        }
+    }
     int x = left;
     for (int c = 0; c < columns;) {
         const QTextTableCell cell = table->cellAt(r, c);
@@ -171,6 +184,11 @@ void RtfTableWriter::writeRowDefinition(const QTextTable* table, int r,
                 style = format.borderStyle();
             }
             if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
+                if (tableBorder) {
+                    // Switched off where the table's border would show.
+                    m_rtf.word(side.name);
+                    m_rtf.word("brdrnone");
+                }
                 continue;
             }
             m_rtf.word(side.name);

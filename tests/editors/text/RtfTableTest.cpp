@@ -302,16 +302,28 @@ void RtfTableTest::insertedTablesKeepWidthsAndBorders()
             QCOMPARE(widthText(readWidths[c]), widthText(widths[c]));
         }
         QCOMPARE(after->format().cellPadding(), before->format().cellPadding());
+        // The table's own border, and only the cells' own borders on the cells.
+        QCOMPARE(after->format().border(), before->format().border());
+        if (before->format().border() > 0) {
+            QCOMPARE(after->format().borderStyle(), before->format().borderStyle());
+            QCOMPARE(after->format().borderBrush().color(), before->format().borderBrush().color());
+        }
         for (int r = 0; r < before->rows(); ++r) {
             for (int c = 0; c < before->columns(); ++c) {
                 QVERIFY(after->cellAt(r, c).firstCursorPosition().block().text().isEmpty());
+                for (const int side :
+                     {QTextFormat::TableCellTopBorder, QTextFormat::TableCellBottomBorder,
+                      QTextFormat::TableCellLeftBorder, QTextFormat::TableCellRightBorder}) {
+                    QCOMPARE(after->cellAt(r, c).format().hasProperty(side),
+                             before->cellAt(r, c).format().hasProperty(side));
+                }
                 for (int side = 0; side < 4; ++side) {
                     QCOMPARE(shownBorder(after, r, c, side), shownBorder(before, r, c, side));
                 }
             }
         }
     }
-    // What was switched off stays off; the table border shows elsewhere.
+    // What was switched off stays off; the table's border shows elsewhere.
     QCOMPARE(shownBorder(tableAt(*back->document, 1), 1, 1, 0), QStringLiteral("none"));
     QCOMPARE(shownBorder(tableAt(*back->document, 1), 1, 1, 1), QStringLiteral("2 3 #000000"));
     QCOMPARE(shownBorder(tableAt(*back->document, 2), 0, 0, 1), QStringLiteral("1 3 #000000"));
