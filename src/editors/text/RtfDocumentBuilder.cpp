@@ -9,6 +9,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kestrum::text {
 
@@ -28,93 +29,128 @@ constexpr int kDefaultCellWidth = 1440;
 
 } // namespace
 
+bool RtfBorder::sameLine(const RtfBorder& other) const
+{
+    const QColor ink = colour.isValid() ? colour : QColor(Qt::black);
+    const QColor otherInk = other.colour.isValid() ? other.colour : QColor(Qt::black);
+    return style == other.style && width == other.width && ink == otherInk;
+}
+
 RtfDocumentBuilder::RtfDocumentBuilder(QTextDocument* document)
     : m_document(document), m_cursor(document)
 {
     m_cursor.movePosition(QTextCursor::End);
 }
 
-void RtfDocumentBuilder::content(bool inTable)
+void RtfDocumentBuilder::content(int depth)
 {
-    if (inTable) {
-        startTableIfNeeded();
-    } else if (m_inTable) {
-        endTable();
+    depth = std::clamp(depth, 0, kMaxTableDepth);
+    while (int(m_tables.size()) > depth) {
+        closeTable();
+    }
+    while (int(m_tables.size()) < depth) {
+        if (!m_tables.empty()) {
+            openRow(*m_tables.back()); // a nested table stands in a cell of an open row
+        }
+        m_tables.push_back(std::make_shared<PendingTable>());
+    }
+    if (depth > 0) {
+        openRow(*m_tables.back());
+    }
+}
+
+void RtfDocumentBuilder::openRow(PendingTable& table)
+{
+    if (!table.rowOpen) {
+        table.rows.emplace_back();
+        table.rows.back().cells.resize(1);
+        table.cellIndex = 0;
+        table.rowOpen = true;
     }
 }
 
 void RtfDocumentBuilder::record(Op op)
 {
-    if (m_inTable) {
-        m_rows.back().cells[std::size_t(m_cellIndex)].ops.push_back(std::move(op));
-    } else {
+    if (m_tables.empty()) {
         apply(op);
+        return;
     }
+    PendingTable& table = *m_tables.back();
+    openRow(table);
+    table.rows.back().cells[std::size_t(table.cellIndex)].ops.push_back(std::move(op));
 }
 
-void RtfDocumentBuilder::insertText(const QString& text, const QTextCharFormat& format,
-                                    bool inTable)
+void RtfDocumentBuilder::insertText(const QString& text, const QTextCharFormat& format, int depth)
 {
     if (text.isEmpty()) {
         return;
     }
-    content(inTable);
+    content(depth);
     record({Op::Kind::Text, text, format, {}});
 }
 
-void RtfDocumentBuilder::insertHidden(const QString& text, const QTextCharFormat& format,
-                                      bool inTable)
+void RtfDocumentBuilder::insertHidden(const QString& text, const QTextCharFormat& format, int depth)
 {
     if (text.isEmpty()) {
         return;
     }
-    content(inTable);
+    content(depth);
     record({Op::Kind::Hidden, text, format, {}});
 }
 
-void RtfDocumentBuilder::insertImage(const QTextImageFormat& format, bool inTable)
+void RtfDocumentBuilder::insertImage(const QTextImageFormat& format, int depth)
 {
-    content(inTable);
+    content(depth);
     record({Op::Kind::Image, {}, format, {}});
 }
 
 void RtfDocumentBuilder::endParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark,
-                                      bool inTable)
+                                      int depth)
 {
-    content(inTable);
+    content(depth);
     record({Op::Kind::ParagraphEnd, {}, mark, paragraph});
 }
 
-void RtfDocumentBuilder::endCell(const RtfParagraph& paragraph, const QTextCharFormat& mark)
+void RtfDocumentBuilder::endCell(const RtfParagraph& paragraph, const QTextCharFormat& mark,
+                                 int depth)
 {
-    content(true);
+    content(std::max(1, depth));
     record({Op::Kind::CellEnd, {}, mark, paragraph});
-    if (m_cellIndex + 1 < kMaxColumns) {
-        ++m_cellIndex;
-        PendingRow& row = m_rows.back();
-        if (row.cells.size() <= std::size_t(m_cellIndex)) {
-            row.cells.resize(std::size_t(m_cellIndex) + 1);
+    PendingTable& table = *m_tables.back();
+    if (table.cellIndex + 1 < kMaxColumns) {
+        ++table.cellIndex;
+        PendingRow& row = table.rows.back();
+        if (row.cells.size() <= std::size_t(table.cellIndex)) {
+            row.cells.resize(std::size_t(table.cellIndex) + 1);
         }
     }
 }
 
-void RtfDocumentBuilder::endRow(const RtfRowDef& row)
+void RtfDocumentBuilder::endRow(const RtfRowDef& row, int depth)
 {
-    if (!m_inTable || !m_rowOpen) {
+    depth = std::clamp(depth, 1, kMaxTableDepth);
+    if (int(m_tables.size()) < depth) {
         return;
     }
-    PendingRow& pending = m_rows.back();
+    while (int(m_tables.size()) > depth) {
+        closeTable();
+    }
+    PendingTable& table = *m_tables.back();
+    if (!table.rowOpen) {
+        return;
+    }
+    PendingRow& pending = table.rows.back();
     pending.def = row;
     // The cell opened by the last \cell holds nothing.
     if (pending.cells.size() > 1 && pending.cells.back().ops.empty()) {
         pending.cells.pop_back();
     }
-    m_rowOpen = false;
+    table.rowOpen = false;
 }
 
 void RtfDocumentBuilder::pageBreak()
 {
-    if (!m_inTable) {
+    if (m_tables.empty()) {
         m_pendingPageBreak = true;
     }
 }
@@ -124,11 +160,7 @@ void RtfDocumentBuilder::bookmarkStart(const QString& name)
     if (name.isEmpty()) {
         return;
     }
-    if (m_inTable) {
-        record({Op::Kind::BookmarkStart, name, {}, {}});
-    } else {
-        apply({Op::Kind::BookmarkStart, name, {}, {}});
-    }
+    record({Op::Kind::BookmarkStart, name, {}, {}});
 }
 
 void RtfDocumentBuilder::bookmarkEnd(const QString& name)
@@ -136,17 +168,13 @@ void RtfDocumentBuilder::bookmarkEnd(const QString& name)
     if (name.isEmpty()) {
         return;
     }
-    if (m_inTable) {
-        record({Op::Kind::BookmarkEnd, name, {}, {}});
-    } else {
-        apply({Op::Kind::BookmarkEnd, name, {}, {}});
-    }
+    record({Op::Kind::BookmarkEnd, name, {}, {}});
 }
 
 void RtfDocumentBuilder::finish(const RtfParagraph& last, const QTextCharFormat& mark)
 {
-    if (m_inTable) {
-        endTable();
+    while (!m_tables.empty()) {
+        closeTable();
     }
     if (m_blockHasContent) {
         applyParagraph(last, mark);
@@ -224,6 +252,11 @@ void RtfDocumentBuilder::apply(const Op& op)
             m_openBookmarks.insert(op.text, m_cursor.position());
         }
         break;
+    case Op::Kind::Table:
+        if (op.table) {
+            placeTable(*op.table);
+        }
+        break;
     case Op::Kind::BookmarkEnd: {
         const auto it = m_openBookmarks.find(op.text);
         if (it != m_openBookmarks.end()) {
@@ -253,13 +286,13 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
                             twipsToPixels(paragraph.list.indent() * kListIndentTwips));
         m_cursor.setBlockFormat(block);
         if (!m_blockHasContent) {
-            m_cursor.setBlockCharFormat(mark);
+            setMarkFormat(mark);
         }
         return;
     }
     m_cursor.setBlockFormat(block);
     if (!m_blockHasContent) {
-        m_cursor.setBlockCharFormat(mark);
+        setMarkFormat(mark);
     }
     if (!paragraph.listKey.isEmpty()) {
         QTextList* list = m_lists.value(paragraph.listKey);
@@ -279,51 +312,64 @@ void RtfDocumentBuilder::applyParagraph(const RtfParagraph& paragraph, const QTe
     m_previousListKey = paragraph.listKey;
 }
 
-void RtfDocumentBuilder::startTableIfNeeded()
+void RtfDocumentBuilder::setMarkFormat(const QTextCharFormat& mark)
 {
-    if (!m_inTable) {
-        if (m_blockHasContent) {
-            // Text before the table in the same paragraph keeps its own paragraph.
-            m_cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
-            m_blockHasContent = false;
-        }
-        m_inTable = true;
-        m_rows.clear();
-        m_rowOpen = false;
-    }
-    if (!m_rowOpen) {
-        m_rows.emplace_back();
-        m_rows.back().cells.resize(1);
-        m_cellIndex = 0;
-        m_rowOpen = true;
+    // The mark of a cell's first paragraph carries the cell's own format (borders, shading):
+    // the paragraph's format joins it.
+    if (m_cursor.block().position() == m_cellFirstBlock) {
+        m_cursor.mergeBlockCharFormat(mark);
+    } else {
+        m_cursor.setBlockCharFormat(mark);
     }
 }
 
-void RtfDocumentBuilder::endTable()
+void RtfDocumentBuilder::closeTable()
 {
-    if (m_rowOpen) {
+    std::shared_ptr<PendingTable> table = std::move(m_tables.back());
+    m_tables.pop_back();
+    if (table->rowOpen) {
         // A row without \row takes the definition of the row before it.
-        RtfRowDef def = m_rows.size() > 1 ? m_rows[m_rows.size() - 2].def : RtfRowDef();
-        endRow(def);
+        PendingRow& pending = table->rows.back();
+        if (table->rows.size() > 1) {
+            pending.def = table->rows[table->rows.size() - 2].def;
+        }
+        if (pending.cells.size() > 1 && pending.cells.back().ops.empty()) {
+            pending.cells.pop_back();
+        }
+        table->rowOpen = false;
     }
-    m_inTable = false;
-    buildTable();
-    m_rows.clear();
+    if (table->rows.empty()) {
+        return;
+    }
+    // A nested table is part of its cell's content; the outermost one is laid out now.
+    record({Op::Kind::Table, {}, {}, {}, std::move(table)});
 }
 
-void RtfDocumentBuilder::buildTable()
+void RtfDocumentBuilder::placeTable(PendingTable& table)
 {
+    if (m_blockHasContent) {
+        // Text before the table in the same paragraph keeps its own paragraph.
+        m_cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
+        m_blockHasContent = false;
+        m_lastWasParagraphEnd = true;
+    }
+    buildTable(table);
+}
+
+void RtfDocumentBuilder::buildTable(PendingTable& pending)
+{
+    std::vector<PendingRow>& rows = pending.rows;
     // Drop rows that hold nothing at all (a stray \intbl paragraph mark).
-    if (m_rows.empty()) {
+    if (rows.empty()) {
         return;
     }
 
     // Cell boundaries of every row, strictly increasing.
-    std::vector<std::vector<int>> bounds(m_rows.size());
+    std::vector<std::vector<int>> bounds(rows.size());
     int origin = std::numeric_limits<int>::max();
     std::vector<int> edges;
-    for (std::size_t r = 0; r < m_rows.size(); ++r) {
-        const PendingRow& row = m_rows[r];
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        const PendingRow& row = rows[r];
         const std::size_t count =
             std::min<std::size_t>(std::max(row.cells.size(), row.def.cells.size()), kMaxColumns);
         int previous = row.def.left;
@@ -353,15 +399,9 @@ void RtfDocumentBuilder::buildTable()
         return std::min(int(it - edges.begin()), columns - 1);
     };
 
-    struct Placed
-    {
-        int start;
-        int span;
-        bool continuation;
-    };
-    std::vector<std::vector<Placed>> placed(m_rows.size());
-    for (std::size_t r = 0; r < m_rows.size(); ++r) {
-        PendingRow& row = m_rows[r];
+    std::vector<std::vector<Placed>> placed(rows.size());
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        PendingRow& row = rows[r];
         int next = 0;
         for (std::size_t i = 0; i < bounds[r].size(); ++i) {
             const int end = columnOf(bounds[r][i]);
@@ -385,7 +425,13 @@ void RtfDocumentBuilder::buildTable()
     format.setBorderCollapse(true);
     format.setBorder(0);
     format.setCellSpacing(0);
-    const RtfRowDef& first = m_rows.front().def;
+    const std::optional<RtfBorder> whole = tableBorder(rows);
+    if (whole) {
+        format.setBorder(std::max(1.0, twipsToPixels(std::clamp(whole->width, 1, 1440))));
+        format.setBorderStyle(QTextFrameFormat::BorderStyle(whole->style));
+        format.setBorderBrush(whole->colour.isValid() ? whole->colour : QColor(Qt::black));
+    }
+    const RtfRowDef& first = rows.front().def;
     format.setCellPadding(twipsToPixels(std::clamp(first.gap, 0, 1440)));
     if (first.alignment == 1) {
         format.setAlignment(Qt::AlignHCenter);
@@ -396,27 +442,25 @@ void RtfDocumentBuilder::buildTable()
         format.setLeftMargin(twipsToPixels(origin));
     }
     int headerRows = 0;
-    while (headerRows < int(m_rows.size()) && m_rows[std::size_t(headerRows)].def.header) {
+    while (headerRows < int(rows.size()) && rows[std::size_t(headerRows)].def.header) {
         ++headerRows;
     }
     format.setHeaderRowCount(headerRows);
-    QList<QTextLength> widths;
-    int left = std::max(0, origin);
-    for (int edge : edges) {
-        widths << QTextLength(QTextLength::FixedLength, twipsToPixels(std::max(60, edge - left)));
-        left = edge;
-    }
-    format.setColumnWidthConstraints(widths);
+    format.setColumnWidthConstraints(columnWidths(rows, placed, edges, origin));
 
     // Qt keeps the paragraph the table is inserted in before the table: an empty paragraph
-    // opened by the last \par joins the one before it, so that no empty line appears.
-    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1) {
+    // opened by the last \par joins the one before it (in the same cell), so that no empty
+    // line appears.
+    // (The document's frames are not known while it is being built: cells are told apart by
+    // the position of the cell's first paragraph.)
+    if (!m_blockHasContent && m_lastWasParagraphEnd && m_cursor.block().length() == 1 &&
+        m_cursor.block().position() != m_cellFirstBlock) {
         const QTextBlock previous = m_cursor.block().previous();
-        if (previous.isValid() && !QTextCursor(previous).currentTable()) {
+        if (previous.isValid()) {
             m_cursor.deletePreviousChar();
         }
     }
-    QTextTable* table = m_cursor.insertTable(int(m_rows.size()), columns, format);
+    QTextTable* table = m_cursor.insertTable(int(rows.size()), columns, format);
 
     // Merges: vertical runs first collected, then applied with their horizontal span.
     struct Run
@@ -428,12 +472,12 @@ void RtfDocumentBuilder::buildTable()
     };
     std::vector<Run> runs;
     std::vector<int> openRun(std::size_t(columns), -1);
-    for (std::size_t r = 0; r < m_rows.size(); ++r) {
+    for (std::size_t r = 0; r < rows.size(); ++r) {
         std::vector<bool> touched(std::size_t(columns), false);
         for (std::size_t i = 0; i < placed[r].size(); ++i) {
             Placed& cell = placed[r][i];
             const RtfCellDef def =
-                i < m_rows[r].def.cells.size() ? m_rows[r].def.cells[i] : RtfCellDef();
+                i < rows[r].def.cells.size() ? rows[r].def.cells[i] : RtfCellDef();
             const int runIndex = openRun[std::size_t(cell.start)];
             touched[std::size_t(cell.start)] = true;
             if (def.verticalMerged && runIndex >= 0 &&
@@ -461,7 +505,7 @@ void RtfDocumentBuilder::buildTable()
         }
     }
 
-    auto tableBorder = [](const RtfRowDef& def, RtfSide side, bool outer) -> RtfBorder {
+    auto rowBorder = [](const RtfRowDef& def, RtfSide side, bool outer) -> RtfBorder {
         switch (side) {
         case SideTop:
             return def.borders[outer ? 0 : 4];
@@ -477,8 +521,8 @@ void RtfDocumentBuilder::buildTable()
         return {};
     };
 
-    for (std::size_t r = 0; r < m_rows.size(); ++r) {
-        PendingRow& row = m_rows[r];
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        PendingRow& row = rows[r];
         for (std::size_t i = 0; i < placed[r].size(); ++i) {
             const Placed& cellPlace = placed[r][i];
             if (cellPlace.continuation) {
@@ -493,17 +537,25 @@ void RtfDocumentBuilder::buildTable()
             if (def.shading.isValid()) {
                 cellFormat.setBackground(def.shading);
             }
-            const bool edge[SideCount] = {r == 0, r + 1 == m_rows.size(), cellPlace.start == 0,
+            const bool edge[SideCount] = {r == 0, r + 1 == rows.size(), cellPlace.start == 0,
                                           cellPlace.start + cellPlace.span >= columns};
             for (int s = 0; s < SideCount; ++s) {
                 RtfBorder border = def.borders[std::size_t(s)];
-                if (!border.isSet()) {
-                    border = tableBorder(row.def, RtfSide(s), edge[s]);
+                if (whole) {
+                    // The table's border shows where the cell has none of its own.
+                    if (!border.given || border.sameLine(*whole)) {
+                        continue;
+                    }
+                } else if (!border.isSet()) {
+                    border = rowBorder(row.def, RtfSide(s), edge[s]);
                 }
-                if (!border.isSet() || border.style == QTextFrameFormat::BorderStyle_None) {
+                if (!border.isSet() && !whole) {
                     continue;
                 }
-                const qreal width = std::max(1.0, twipsToPixels(std::clamp(border.width, 1, 1440)));
+                // A side switched off in a table with a border: no width, no style.
+                const qreal width =
+                    border.isSet() ? std::max(1.0, twipsToPixels(std::clamp(border.width, 1, 1440)))
+                                   : 0.0;
                 const QBrush brush(border.colour.isValid() ? border.colour : QColor(Qt::black));
                 const auto style = QTextFrameFormat::BorderStyle(border.style);
                 switch (RtfSide(s)) {
@@ -539,7 +591,9 @@ void RtfDocumentBuilder::buildTable()
             cell.setFormat(cellFormat);
 
             m_cursor = cell.firstCursorPosition();
+            m_cellFirstBlock = m_cursor.block().position();
             m_blockHasContent = false;
+            m_lastWasParagraphEnd = false;
             if (i < row.cells.size()) {
                 for (const Op& op : row.cells[i].ops) {
                     apply(op);
@@ -549,8 +603,73 @@ void RtfDocumentBuilder::buildTable()
     }
     m_cursor = table->lastCursorPosition();
     m_cursor.movePosition(QTextCursor::NextBlock);
+    m_cellFirstBlock = -1;
     m_blockHasContent = false;
     m_lastWasParagraphEnd = false;
+}
+
+std::optional<RtfBorder> RtfDocumentBuilder::tableBorder(const std::vector<PendingRow>& rows)
+{
+    // The same border on every side of every row, between the cells too, is the table's.
+    const RtfBorder& first = rows.front().def.borders[0];
+    if (!first.given || !first.isSet()) {
+        return std::nullopt;
+    }
+    for (const PendingRow& row : rows) {
+        for (const RtfBorder& border : row.def.borders) {
+            if (!border.given || !border.sameLine(first)) {
+                return std::nullopt;
+            }
+        }
+    }
+    return first;
+}
+
+QList<QTextLength> RtfDocumentBuilder::columnWidths(const std::vector<PendingRow>& rows,
+                                                    const std::vector<std::vector<Placed>>& placed,
+                                                    const std::vector<int>& edges, int origin)
+{
+    // The cell boundaries give fixed widths; a cell of one column that asked for a share of
+    // the page or an automatic width gives its column that instead.
+    QList<QTextLength> widths;
+    int left = std::max(0, origin);
+    for (int edge : edges) {
+        widths << QTextLength(QTextLength::FixedLength, twipsToPixels(std::max(60, edge - left)));
+        left = edge;
+    }
+    std::vector<bool> decided(edges.size(), false);
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        const std::vector<RtfCellDef>& defs = rows[r].def.cells;
+        for (std::size_t i = 0; i < placed[r].size() && i < defs.size(); ++i) {
+            const Placed& cell = placed[r][i];
+            const std::size_t column = std::size_t(cell.start);
+            if (cell.span != 1 || decided[column]) {
+                continue;
+            }
+            if (defs[i].widthKind == RtfCellDef::WidthPercent && defs[i].width > 0) {
+                widths[qsizetype(column)] = QTextLength(QTextLength::PercentageLength,
+                                                        std::min(defs[i].width, 5000) / 50.0);
+            } else if (defs[i].widthKind == RtfCellDef::WidthAuto) {
+                widths[qsizetype(column)] = QTextLength(QTextLength::VariableLength, 0);
+            }
+            decided[column] = true;
+        }
+    }
+    // Shares that add up to the whole page within what fiftieths of a percent can say are
+    // the whole page (three columns of 33.34% are thirds).
+    double total = 0;
+    for (const QTextLength& width : widths) {
+        if (width.type() != QTextLength::PercentageLength) {
+            return widths;
+        }
+        total += width.rawValue();
+    }
+    if (total > 0 && std::abs(total - 100.0) <= 0.02 * double(widths.size())) {
+        for (QTextLength& width : widths) {
+            width = QTextLength(QTextLength::PercentageLength, width.rawValue() * 100.0 / total);
+        }
+    }
+    return widths;
 }
 
 void RtfDocumentBuilder::applyBookmarks()

@@ -8,10 +8,13 @@
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
 #include <QTextCursor>
+#include <QTextFormat>
 #include <QTextImageFormat>
 #include <QTextListFormat>
 
 #include <array>
+#include <memory>
+#include <optional>
 #include <vector>
 
 class QTextDocument;
@@ -26,7 +29,9 @@ struct RtfBorder
     int width = 15;
     QColor colour;
     int space = 0;
+    bool given = false; // named by \clbrdrX or \trbrdrX, even as \brdrnone
     bool isSet() const { return style != 0; }
+    bool sameLine(const RtfBorder& other) const;
 };
 
 enum RtfSide
@@ -49,6 +54,16 @@ struct RtfCellDef
     QColor shading;
     std::array<RtfBorder, SideCount> borders;
     int verticalAlign = 0; // 0 top, 1 centre, 2 bottom
+    // The width the cell asks for (\clftsWidthN\clwWidthN): its kind and value.
+    enum WidthKind
+    {
+        WidthUnset = 0,
+        WidthAuto = 1,
+        WidthPercent = 2, // in fiftieths of a percent
+        WidthTwips = 3
+    };
+    int widthKind = WidthUnset;
+    int width = 0;
 };
 
 // A table row definition (\trowd ...).
@@ -79,20 +94,29 @@ struct RtfParagraph
 // Text outside tables goes straight into the document; a table is gathered row by row and laid
 // out when it ends, on a column grid made of every cell boundary of its rows, so that rows
 // with different cells line up as merged cells.
+//
+// Every piece of content comes with its table depth (RTF's \itapN: 0 outside tables, 1 in a
+// table, 2 in a table inside a cell of that table...). The builder keeps one open table per
+// level; a nested table that ends becomes part of the content of the cell it stands in, and is
+// laid out inside that cell when the outer table is.
 class RtfDocumentBuilder
 {
 public:
     static constexpr int kMaxColumns = 128;
+    // Tables nested deeper than this take their content into the deepest allowed level.
+    static constexpr int kMaxTableDepth = 8;
 
     explicit RtfDocumentBuilder(QTextDocument* document);
 
-    void insertText(const QString& text, const QTextCharFormat& format, bool inTable);
-    void insertHidden(const QString& text, const QTextCharFormat& format, bool inTable);
-    void insertImage(const QTextImageFormat& format, bool inTable);
+    void insertText(const QString& text, const QTextCharFormat& format, int depth);
+    void insertHidden(const QString& text, const QTextCharFormat& format, int depth);
+    void insertImage(const QTextImageFormat& format, int depth);
     // \par: `mark` is the character format of the paragraph mark (the height of an empty line).
-    void endParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark, bool inTable);
-    void endCell(const RtfParagraph& paragraph, const QTextCharFormat& mark);
-    void endRow(const RtfRowDef& row);
+    void endParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark, int depth);
+    // \cell (depth 1) or \nestcell (depth 2 and more).
+    void endCell(const RtfParagraph& paragraph, const QTextCharFormat& mark, int depth);
+    // \row (depth 1) or \nestrow; tables nested deeper end first.
+    void endRow(const RtfRowDef& row, int depth);
     void pageBreak();
     void bookmarkStart(const QString& name);
     void bookmarkEnd(const QString& name);
@@ -103,6 +127,7 @@ public:
     void appendNotes(const std::vector<QString>& notes);
 
 private:
+    struct PendingTable;
     struct Op
     {
         enum class Kind
@@ -113,12 +138,14 @@ private:
             ParagraphEnd,
             CellEnd,
             BookmarkStart,
-            BookmarkEnd
+            BookmarkEnd,
+            Table
         };
         Kind kind;
         QString text;
         QTextCharFormat format;
         RtfParagraph paragraph;
+        std::shared_ptr<PendingTable> table = {};
     };
     struct PendingCell
     {
@@ -129,6 +156,19 @@ private:
         RtfRowDef def;
         std::vector<PendingCell> cells;
     };
+    struct PendingTable
+    {
+        std::vector<PendingRow> rows;
+        bool rowOpen = false;
+        int cellIndex = 0;
+    };
+    // Where a cell of a row went on the table's column grid.
+    struct Placed
+    {
+        int start;
+        int span;
+        bool continuation;
+    };
     struct Bookmark
     {
         QString name;
@@ -136,13 +176,19 @@ private:
         int end;
     };
 
-    void content(bool inTable);
+    void content(int depth);
     void record(Op op);
     void apply(const Op& op);
     void applyParagraph(const RtfParagraph& paragraph, const QTextCharFormat& mark);
-    void startTableIfNeeded();
-    void endTable();
-    void buildTable();
+    void setMarkFormat(const QTextCharFormat& mark);
+    static void openRow(PendingTable& table);
+    void closeTable();
+    void placeTable(PendingTable& table);
+    void buildTable(PendingTable& table);
+    static std::optional<RtfBorder> tableBorder(const std::vector<PendingRow>& rows);
+    static QList<QTextLength> columnWidths(const std::vector<PendingRow>& rows,
+                                           const std::vector<std::vector<Placed>>& placed,
+                                           const std::vector<int>& edges, int origin);
     void applyBookmarks();
 
     QTextDocument* m_document;
@@ -155,10 +201,11 @@ private:
     QString m_previousListKey;
     QSet<QString> m_listsWithMarkers;
 
-    bool m_inTable = false;
-    bool m_rowOpen = false;
-    int m_cellIndex = 0;
-    std::vector<PendingRow> m_rows;
+    // While a table is laid out: the position of the first paragraph of the cell being
+    // filled (-1 when the cursor is past it).
+    int m_cellFirstBlock = -1;
+    // The open tables, outermost first.
+    std::vector<std::shared_ptr<PendingTable>> m_tables;
 
     QHash<QString, int> m_openBookmarks;
     std::vector<Bookmark> m_bookmarks;

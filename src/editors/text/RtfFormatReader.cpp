@@ -5,6 +5,8 @@
 
 #include <QTextFrameFormat>
 
+#include <algorithm>
+
 namespace kestrum::text {
 
 namespace {
@@ -197,10 +199,10 @@ void RtfFormatReader::paragraphWord(const RtfWord& word, RtfParaState& para)
         para.pendingTabType = QTextOption::LeftTab;
         break;
     case RtfKeyword::InTbl:
-        para.inTable = true;
+        para.tableDepth = std::max(para.tableDepth, 1);
         break;
     case RtfKeyword::Itap:
-        para.inTable = p > 0;
+        para.tableDepth = qBound(0, p, RtfDocumentBuilder::kMaxTableDepth);
         break;
     case RtfKeyword::Keep:
         para.keep = word.on();
@@ -242,10 +244,10 @@ template <typename F> void RtfFormatReader::forBorders(RtfParaState& para, F app
         }
         break;
     case BorderTarget::Cell:
-        apply(m_cell.borders[std::min<std::size_t>(side, SideCount - 1)]);
+        apply(activeCell().borders[std::min<std::size_t>(side, SideCount - 1)]);
         break;
     case BorderTarget::Row:
-        apply(m_row.borders[side]);
+        apply(activeRow().borders[side]);
         break;
     case BorderTarget::None:
         break;
@@ -315,43 +317,44 @@ void RtfFormatReader::borderWord(const RtfWord& word, RtfParaState& para)
     }
 }
 
-void RtfFormatReader::tableWord(const RtfWord& word)
+void RtfFormatReader::tableWord(const RtfWord& word, bool nested)
 {
     const int p = word.parameter;
+    m_active = nested ? 1 : 0;
     switch (word.keyword) {
     case RtfKeyword::TrowD:
-        m_row = RtfRowDef();
-        m_cell = RtfCellDef();
+        activeRow() = RtfRowDef();
+        activeCell() = RtfCellDef();
         m_borderTarget = BorderTarget::None;
         break;
     case RtfKeyword::TrGaph:
-        m_row.gap = qBound(0, p, rtf::kMaxSmallTwips);
+        activeRow().gap = qBound(0, p, rtf::kMaxSmallTwips);
         break;
     case RtfKeyword::TrLeft:
-        m_row.left = qBound(-rtf::kMaxTwips, p, rtf::kMaxTwips);
+        activeRow().left = qBound(-rtf::kMaxTwips, p, rtf::kMaxTwips);
         break;
     case RtfKeyword::TrQl:
-        m_row.alignment = 0;
+        activeRow().alignment = 0;
         break;
     case RtfKeyword::TrQc:
-        m_row.alignment = 1;
+        activeRow().alignment = 1;
         break;
     case RtfKeyword::TrQr:
-        m_row.alignment = 2;
+        activeRow().alignment = 2;
         break;
     case RtfKeyword::TrHdr:
-        m_row.header = true;
+        activeRow().header = true;
         break;
     case RtfKeyword::CellX:
-        if (m_row.cells.size() < std::size_t(RtfDocumentBuilder::kMaxColumns)) {
-            m_cell.right = qBound(-rtf::kMaxTwips, p, rtf::kMaxTwips * 4);
-            m_row.cells.push_back(m_cell);
+        if (activeRow().cells.size() < std::size_t(RtfDocumentBuilder::kMaxColumns)) {
+            activeCell().right = qBound(-rtf::kMaxTwips, p, rtf::kMaxTwips * 4);
+            activeRow().cells.push_back(activeCell());
         }
-        m_cell = RtfCellDef();
+        activeCell() = RtfCellDef();
         m_borderTarget = BorderTarget::None;
         break;
     case RtfKeyword::ClCbPat:
-        m_cell.shading = m_colours.colour(p);
+        activeCell().shading = m_colours.colour(p);
         break;
     case RtfKeyword::ClBrdrT:
     case RtfKeyword::ClBrdrB:
@@ -360,7 +363,8 @@ void RtfFormatReader::tableWord(const RtfWord& word)
         m_borderTarget = BorderTarget::Cell;
         m_borderBox = false;
         m_borderSide = sideOf(word.keyword);
-        m_cell.borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeCell().borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeCell().borders[std::size_t(m_borderSide)].given = true;
         break;
     case RtfKeyword::TrBrdrT:
     case RtfKeyword::TrBrdrB:
@@ -371,28 +375,36 @@ void RtfFormatReader::tableWord(const RtfWord& word)
         m_borderTarget = BorderTarget::Row;
         m_borderBox = false;
         m_borderSide = sideOf(word.keyword);
-        m_row.borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeRow().borders[std::size_t(m_borderSide)].style = QTextFrameFormat::BorderStyle_Solid;
+        activeRow().borders[std::size_t(m_borderSide)].given = true;
         break;
     case RtfKeyword::ClVmgf:
-        m_cell.verticalFirst = true;
+        activeCell().verticalFirst = true;
         break;
     case RtfKeyword::ClVmrg:
-        m_cell.verticalMerged = true;
+        activeCell().verticalMerged = true;
         break;
     case RtfKeyword::ClMgf:
-        m_cell.mergeFirst = true;
+        activeCell().mergeFirst = true;
         break;
     case RtfKeyword::ClMrg:
-        m_cell.merged = true;
+        activeCell().merged = true;
         break;
     case RtfKeyword::ClVertalT:
-        m_cell.verticalAlign = 0;
+        activeCell().verticalAlign = 0;
         break;
     case RtfKeyword::ClVertalC:
-        m_cell.verticalAlign = 1;
+        activeCell().verticalAlign = 1;
         break;
     case RtfKeyword::ClVertalB:
-        m_cell.verticalAlign = 2;
+        activeCell().verticalAlign = 2;
+        break;
+    case RtfKeyword::ClFtsWidth:
+        activeCell().widthKind =
+            qBound(int(RtfCellDef::WidthUnset), p, int(RtfCellDef::WidthTwips));
+        break;
+    case RtfKeyword::ClWWidth:
+        activeCell().width = qBound(0, p, rtf::kMaxTwips * 4);
         break;
     default:
         break;

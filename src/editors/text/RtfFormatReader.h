@@ -19,9 +19,11 @@ public:
     void characterWord(const RtfWord& word, RtfCharState& state) const;
     void paragraphWord(const RtfWord& word, RtfParaState& state);
     void borderWord(const RtfWord& word, RtfParaState& state);
-    void tableWord(const RtfWord& word);
+    // `nested`: a word of {\*\nesttableprops ...}, describing a row of a nested table.
+    void tableWord(const RtfWord& word, bool nested);
 
-    const RtfRowDef& row() const { return m_row; }
+    const RtfRowDef& row() const { return m_defs[0].row; }
+    const RtfRowDef& nestedRow() const { return m_defs[1].row; }
 
 private:
     // What the border words that follow \brdrX, \clbrdrX or \trbrdrX describe.
@@ -36,9 +38,19 @@ private:
     template <typename F> void forBorders(RtfParaState& state, F apply);
     void setBorderStyle(RtfParaState& state, int style);
 
+    struct RowDefinition
+    {
+        RtfRowDef row;
+        RtfCellDef cell; // the cell whose \cellxN comes next
+    };
+
+    RtfRowDef& activeRow() { return m_defs[m_active].row; }
+    RtfCellDef& activeCell() { return m_defs[m_active].cell; }
+
     const RtfFileColours& m_colours;
-    RtfRowDef m_row;
-    RtfCellDef m_cell;
+    // The row of the outermost table and the row of the nested table being described.
+    RowDefinition m_defs[2];
+    std::size_t m_active = 0;
     BorderTarget m_borderTarget = BorderTarget::None;
     int m_borderSide = 0;
     bool m_borderBox = false;

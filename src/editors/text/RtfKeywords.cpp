@@ -69,6 +69,7 @@ constexpr Row kWords[] = {
     {"clbrdrr", RtfKeyword::ClBrdrR, RtfWordGroup::Table},
     {"clbrdrt", RtfKeyword::ClBrdrT, RtfWordGroup::Table},
     {"clcbpat", RtfKeyword::ClCbPat, RtfWordGroup::Table},
+    {"clftsWidth", RtfKeyword::ClFtsWidth, RtfWordGroup::Table},
     {"clmgf", RtfKeyword::ClMgf, RtfWordGroup::Table},
     {"clmrg", RtfKeyword::ClMrg, RtfWordGroup::Table},
     {"clvertalb", RtfKeyword::ClVertalB, RtfWordGroup::Table},
@@ -76,6 +77,7 @@ constexpr Row kWords[] = {
     {"clvertalt", RtfKeyword::ClVertalT, RtfWordGroup::Table},
     {"clvmgf", RtfKeyword::ClVmgf, RtfWordGroup::Table},
     {"clvmrg", RtfKeyword::ClVmrg, RtfWordGroup::Table},
+    {"clwWidth", RtfKeyword::ClWWidth, RtfWordGroup::Table},
     {"colorschememapping", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"colortbl", RtfKeyword::ColorTbl, RtfWordGroup::Destination},
     {"comment", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
@@ -163,7 +165,7 @@ constexpr Row kWords[] = {
     {"mmathPr", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nestcell", RtfKeyword::NestCell, RtfWordGroup::Character},
     {"nestrow", RtfKeyword::NestRow, RtfWordGroup::Character},
-    {"nesttableprops", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
+    {"nesttableprops", RtfKeyword::NestTableProps, RtfWordGroup::Destination},
     {"nonesttables", RtfKeyword::SkipDestination, RtfWordGroup::Destination},
     {"nonshppict", RtfKeyword::NonShpPict, RtfWordGroup::Destination},
     {"nosupersub", RtfKeyword::NoSuperSub, RtfWordGroup::CharacterFormat},
@@ -331,6 +333,7 @@ bool RtfKeywords::readsStarred(RtfKeyword keyword)
     case RtfKeyword::ShpPict:
     case RtfKeyword::ListText:
     case RtfKeyword::PnText:
+    case RtfKeyword::NestTableProps:
         return true;
     default:
         return false;
@@ -343,7 +346,6 @@ QChar RtfKeywords::symbol(RtfKeyword keyword)
     case RtfKeyword::Line:
         return QChar::LineSeparator;
     case RtfKeyword::Tab:
-    case RtfKeyword::NestCell:
         return QLatin1Char('\t');
     case RtfKeyword::EmDash:
         return QChar(0x2014);

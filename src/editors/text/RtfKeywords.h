@@ -62,6 +62,7 @@ enum class RtfKeyword
     Object,
     Shp,
     Footnote,
+    NestTableProps,
     SkipDestination,
     // Character
     Par,
@@ -182,6 +183,8 @@ enum class RtfKeyword
     ClVertalT,
     ClVertalC,
     ClVertalB,
+    ClFtsWidth,
+    ClWWidth,
     TrBrdrT,
     TrBrdrB,
     TrBrdrL,

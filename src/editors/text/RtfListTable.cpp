@@ -108,6 +108,32 @@ void RtfListTable::addOverride(int number)
     }
 }
 
+void RtfListTable::word(const RtfWord& word, RtfDestination destination)
+{
+    switch (word.keyword) {
+    case RtfKeyword::ListId:
+        if (destination == RtfDestination::ListTable) {
+            setListId(word.parameter);
+        } else if (destination == RtfDestination::ListOverrideTable) {
+            setOverrideListId(word.parameter);
+        }
+        break;
+    case RtfKeyword::LevelNfc:
+        if (destination == RtfDestination::ListTable) {
+            setLevelFormat(word.parameter);
+        }
+        break;
+    case RtfKeyword::LevelStartAt:
+        if (destination == RtfDestination::ListTable) {
+            setLevelStart(word.parameter);
+        }
+        break;
+    default:
+        legacyWord(word);
+        break;
+    }
+}
+
 void RtfListTable::legacyWord(const RtfWord& word)
 {
     switch (word.keyword) {

@@ -31,6 +31,9 @@ public:
     void setOverrideListId(int id) { m_overrideList = id; }
     void addOverride(int number); // \lsN
 
+    // A list word (\listidN, \levelnfcN, \levelstartatN, \pnXXX) read in `destination`.
+    void word(const RtfWord& word, RtfDestination destination);
+
     // ---- older paragraph numbering
     void startLegacy() { m_pn = Legacy(); }
     void legacyWord(const RtfWord& word);

@@ -216,6 +216,7 @@ void RtfParser::finishDestination(const DestinationText& context)
             insertFootnoteReference(number);
         }
         break;
+    case RtfDestination::NestTableProps:
     case RtfDestination::ListOverrideTable:
     case RtfDestination::ListTable:
     case RtfDestination::FontTable:
@@ -286,12 +287,12 @@ void RtfParser::text(QByteArrayView bytes)
     }
     if (dest == RtfDestination::Normal) {
         if (!m_pending.isEmpty() &&
-            (!(m_pendingState == top().chr) || m_pendingInTable != top().para.inTable)) {
+            (!(m_pendingState == top().chr) || m_pendingDepth != top().para.tableDepth)) {
             flush();
         }
         if (m_pending.isEmpty()) {
             m_pendingState = top().chr;
-            m_pendingInTable = top().para.inTable;
+            m_pendingDepth = top().para.tableDepth;
         }
         codePage().append(bytes, m_pending);
         return;
@@ -341,12 +342,12 @@ void RtfParser::character(QChar c)
     }
     if (dest == RtfDestination::Normal) {
         if (!m_pending.isEmpty() &&
-            (!(m_pendingState == top().chr) || m_pendingInTable != top().para.inTable)) {
+            (!(m_pendingState == top().chr) || m_pendingDepth != top().para.tableDepth)) {
             flush();
         }
         if (m_pending.isEmpty()) {
             m_pendingState = top().chr;
-            m_pendingInTable = top().para.inTable;
+            m_pendingDepth = top().para.tableDepth;
         }
         m_pending.append(c);
         return;
@@ -393,9 +394,9 @@ void RtfParser::flush()
     }
     const QTextCharFormat format = m_formats.charFormat(m_pendingState);
     if (m_pendingState.hidden) {
-        m_builder.insertHidden(m_pending, format, m_pendingInTable);
+        m_builder.insertHidden(m_pending, format, m_pendingDepth);
     } else {
-        m_builder.insertText(m_pending, format, m_pendingInTable);
+        m_builder.insertText(m_pending, format, m_pendingDepth);
     }
     m_paragraphHasContent = true;
     m_pending.clear();
@@ -406,7 +407,29 @@ void RtfParser::endParagraph()
     flush();
     RtfParagraph paragraph = m_formats.paragraph(top().para);
     paragraph.listMarker = m_paragraphHasMarker;
-    m_builder.endParagraph(paragraph, m_formats.charFormat(top().chr), top().para.inTable);
+    m_builder.endParagraph(paragraph, m_formats.charFormat(top().chr), top().para.tableDepth);
+    m_paragraphHasContent = false;
+    m_paragraphHasMarker = false;
+}
+
+// \cell and \row end a cell and a row of the outermost table; \nestcell and \nestrow those of
+// the table the paragraph's \itapN puts it in (at least a table inside a cell).
+void RtfParser::tableWord(const RtfWord& word)
+{
+    flush();
+    const int nestedDepth = std::max(2, top().para.tableDepth);
+    if (word.keyword == RtfKeyword::Row) {
+        m_builder.endRow(m_formatReader.row(), 1);
+        return;
+    }
+    if (word.keyword == RtfKeyword::NestRow) {
+        m_builder.endRow(m_formatReader.nestedRow(), nestedDepth);
+        return;
+    }
+    RtfParagraph paragraph = m_formats.paragraph(top().para);
+    paragraph.listMarker = m_paragraphHasMarker;
+    m_builder.endCell(paragraph, m_formats.charFormat(top().chr),
+                      word.keyword == RtfKeyword::Cell ? 1 : nestedDepth);
     m_paragraphHasContent = false;
     m_paragraphHasMarker = false;
 }
@@ -414,8 +437,8 @@ void RtfParser::endParagraph()
 void RtfParser::insertPicture()
 {
     flush();
-    const bool inTable = !m_stack.empty() && top().para.inTable;
-    m_builder.insertImage(m_picture.finish(m_document, &m_result.warnings), inTable);
+    const int depth = m_stack.empty() ? 0 : top().para.tableDepth;
+    m_builder.insertImage(m_picture.finish(m_document, &m_result.warnings), depth);
 }
 
 void RtfParser::insertFootnoteReference(int number)
@@ -429,7 +452,7 @@ void RtfParser::insertFootnoteReference(int number)
     mark.hidden = false;
     QTextCharFormat format = m_formats.charFormat(mark);
     format.setProperty(TextProperty::FootnoteReference, number);
-    m_builder.insertText(QString::number(number), format, top().para.inTable);
+    m_builder.insertText(QString::number(number), format, top().para.tableDepth);
     m_paragraphHasContent = true;
 }
 
@@ -511,13 +534,13 @@ void RtfParser::controlWord(const RtfToken& token)
         m_formatReader.borderWord(word, group.para);
         break;
     case RtfWordGroup::Table:
-        m_formatReader.tableWord(word);
+        m_formatReader.tableWord(word, group.dest == RtfDestination::NestTableProps);
         break;
     case RtfWordGroup::FontColour:
         fontColourWord(word);
         break;
     case RtfWordGroup::List:
-        listWord(word);
+        m_lists.word(word, group.dest);
         break;
     case RtfWordGroup::Picture: // a picture's words outside a picture
     case RtfWordGroup::None:
@@ -572,6 +595,9 @@ void RtfParser::destinationWord(const RtfWord& word)
     case RtfKeyword::ListText:
         m_paragraphHasMarker = true;
         setDestination(RtfDestination::Skip);
+        break;
+    case RtfKeyword::NestTableProps:
+        setDestination(RtfDestination::NestTableProps);
         break;
     case RtfKeyword::Info:
     case RtfKeyword::SkipDestination:
@@ -675,7 +701,6 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         break;
     case RtfKeyword::Par:
     case RtfKeyword::Sect:
-    case RtfKeyword::NestRow:
         endParagraph();
         break;
     case RtfKeyword::Page:
@@ -686,18 +711,10 @@ void RtfParser::specialCharacterWord(const RtfWord& word)
         m_builder.pageBreak();
         break;
     case RtfKeyword::Cell:
-        flush();
-        {
-            RtfParagraph paragraph = m_formats.paragraph(group.para);
-            paragraph.listMarker = m_paragraphHasMarker;
-            m_builder.endCell(paragraph, m_formats.charFormat(group.chr));
-        }
-        m_paragraphHasContent = false;
-        m_paragraphHasMarker = false;
-        break;
+    case RtfKeyword::NestCell:
     case RtfKeyword::Row:
-        flush();
-        m_builder.endRow(m_formatReader.row());
+    case RtfKeyword::NestRow:
+        tableWord(word);
         break;
     case RtfKeyword::U:
         if (word.hasParameter) {
@@ -746,33 +763,6 @@ void RtfParser::fontColourWord(const RtfWord& word)
         m_fileColours.setBlue(word.parameter);
         break;
     default:
-        break;
-    }
-}
-
-void RtfParser::listWord(const RtfWord& word)
-{
-    const RtfDestination dest = top().dest;
-    switch (word.keyword) {
-    case RtfKeyword::ListId:
-        if (dest == RtfDestination::ListTable) {
-            m_lists.setListId(word.parameter);
-        } else if (dest == RtfDestination::ListOverrideTable) {
-            m_lists.setOverrideListId(word.parameter);
-        }
-        break;
-    case RtfKeyword::LevelNfc:
-        if (dest == RtfDestination::ListTable) {
-            m_lists.setLevelFormat(word.parameter);
-        }
-        break;
-    case RtfKeyword::LevelStartAt:
-        if (dest == RtfDestination::ListTable) {
-            m_lists.setLevelStart(word.parameter);
-        }
-        break;
-    default:
-        m_lists.legacyWord(word);
         break;
     }
 }

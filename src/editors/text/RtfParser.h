@@ -66,12 +66,12 @@ private:
     void destinationWord(const RtfWord& word);
     void specialCharacterWord(const RtfWord& word);
     void fontColourWord(const RtfWord& word);
-    void listWord(const RtfWord& word);
     void pictureWord(const RtfWord& word);
 
     const RtfCodePage& codePage() const;
     void flush();
     void endParagraph();
+    void tableWord(const RtfWord& word);
     void insertPicture();
     void insertFootnoteReference(int number);
 
@@ -104,7 +104,7 @@ private:
 
     QString m_pending;
     RtfCharState m_pendingState;
-    bool m_pendingInTable = false;
+    int m_pendingDepth = 0; // the table depth of the pending text
     bool m_paragraphHasContent = false;
     bool m_paragraphHasMarker = false; // {\listtext ..} or {\pntext ..} since the last \par
 };

@@ -52,6 +52,7 @@ enum class RtfDestination
     PnTextBefore,
     PnTextAfter,
     Footnote,
+    NestTableProps,
 };
 
 enum class RtfVertical : quint8
@@ -118,7 +119,7 @@ struct RtfParaState
     bool lineMultiple = false;
     QList<QTextOption::Tab> tabs;
     int pendingTabType = QTextOption::LeftTab;
-    bool inTable = false;
+    int tableDepth = 0; // \itapN: 0 outside tables, 1 in a table, 2 in a nested table...
     int listOverride = 0;
     int listLevel = 0;
     int legacyList = -1;

@@ -4,6 +4,7 @@
 #include "editors/text/RtfFootnoteWriter.h"
 #include "editors/text/RtfListTableWriter.h"
 #include "editors/text/RtfPictureWriter.h"
+#include "editors/text/RtfTableWriter.h"
 #include "editors/text/TextProperties.h"
 
 #include <QTextBlock>
@@ -18,23 +19,6 @@
 namespace kestrum::text {
 
 namespace {
-
-// The RTF word of a border style (dot-dash styles have none of their own: dashed).
-const char* borderStyleWord(int style)
-{
-    switch (style) {
-    case QTextFrameFormat::BorderStyle_Dotted:
-        return "brdrdot";
-    case QTextFrameFormat::BorderStyle_Dashed:
-    case QTextFrameFormat::BorderStyle_DotDash:
-    case QTextFrameFormat::BorderStyle_DotDotDash:
-        return "brdrdash";
-    case QTextFrameFormat::BorderStyle_Double:
-        return "brdrdb";
-    default:
-        return "brdrs";
-    }
-}
 
 QStringList familiesOf(const QTextFormat& format)
 {
@@ -253,175 +237,109 @@ void RtfWriter::writeRootFrame()
     for (auto it = root->begin(); !it.atEnd(); ++it) {
         if (const QTextFrame* child = it.currentFrame()) {
             if (const auto* table = qobject_cast<const QTextTable*>(child)) {
-                writeTable(table);
+                writeTable(table, 1);
             } else {
                 const QTextBlock first = m_document.findBlock(child->firstPosition());
                 const QTextBlock last = m_document.findBlock(child->lastPosition());
-                writeFrameContent(first, last, false);
+                writeFrameContent(first, last, 0);
             }
         } else if (!RtfFootnoteWriter::isNote(it.currentBlock())) {
-            writeBlock(it.currentBlock(), false, false);
+            writeBlock(it.currentBlock(), 0, false);
         }
     }
 }
 
-void RtfWriter::writeFrameContent(const QTextBlock& first, const QTextBlock& last, bool inTable)
+void RtfWriter::writeFrameContent(const QTextBlock& first, const QTextBlock& last, int depth)
 {
     for (QTextBlock block = first; block.isValid(); block = block.next()) {
         const bool isLast = block == last;
-        writeBlock(block, inTable, inTable && isLast);
+        writeBlock(block, depth, depth > 0 && isLast);
         if (isLast) {
             break;
         }
     }
 }
 
-void RtfWriter::writeTable(const QTextTable* table)
+void RtfWriter::writeTable(const QTextTable* table, int depth)
 {
-    const QTextTableFormat format = table->format();
-    const int columns = table->columns();
-    const int rows = table->rows();
-
-    // Column widths in twips.
-    const QList<QTextLength> constraints = format.columnWidthConstraints();
-    const int available = std::max(1440, m_layout.textWidth() - twips(format.leftMargin()));
-    std::vector<int> widths(std::size_t(columns), 0);
-    int fixed = 0;
-    int variable = 0;
-    for (int c = 0; c < columns; ++c) {
-        const QTextLength length = c < constraints.size() ? constraints[c] : QTextLength();
-        if (length.type() == QTextLength::FixedLength) {
-            widths[std::size_t(c)] = std::max(60, twips(length.rawValue()));
-        } else if (length.type() == QTextLength::PercentageLength) {
-            widths[std::size_t(c)] = std::max(60, int(available * length.rawValue() / 100.0));
-        } else {
-            ++variable;
-            continue;
+    RtfTableWriter rows(m_rtf, m_colours, m_layout);
+    const std::vector<int> widths = rows.columnWidths(table);
+    for (int r = 0; r < table->rows(); ++r) {
+        if (depth == 1) {
+            rows.writeRowDefinition(table, r, widths);
+            m_rtf.raw("\n");
         }
-        fixed += widths[std::size_t(c)];
-    }
-    if (variable > 0) {
-        const int share = std::max(600, (available - fixed) / variable);
-        for (int& w : widths) {
-            if (w == 0) {
-                w = share;
-            }
-        }
-    }
-
-    const int gap = std::clamp(twips(format.cellPadding()), 0, 1440);
-    const int left = std::clamp(twips(format.leftMargin()), 0, 31680);
-    const bool tableBorder =
-        format.border() > 0 && format.borderStyle() != QTextFrameFormat::BorderStyle_None;
-    const int tableBorderWidth = std::clamp(twips(format.border()), 1, 1440);
-    const int tableBorderColour = format.hasProperty(QTextFormat::FrameBorderBrush)
-                                      ? colourNumber(format.borderBrush().color())
-                                      : 0;
-
-    for (int r = 0; r < rows; ++r) {
-        m_rtf.raw("\\trowd");
-        m_rtf.word("trgaph", gap);
-        m_rtf.word("trleft", left);
-        if (format.alignment() & Qt::AlignHCenter) {
-            m_rtf.word("trqc");
-        } else if (format.alignment() & Qt::AlignRight) {
-            m_rtf.word("trqr");
-        }
-        if (r < format.headerRowCount()) {
-            m_rtf.word("trhdr");
-        }
-        int x = left;
-        for (int c = 0; c < columns;) {
+        for (int c = 0; c < table->columns();) {
             const QTextTableCell cell = table->cellAt(r, c);
             const int span = std::max(1, cell.columnSpan());
-            if (cell.rowSpan() > 1) {
-                m_rtf.word(cell.row() == r ? "clvmgf" : "clvmrg");
-            }
-            const QTextTableCellFormat cf = cell.format().toTableCellFormat();
-            if (cf.verticalAlignment() == QTextCharFormat::AlignMiddle) {
-                m_rtf.word("clvertalc");
-            } else if (cf.verticalAlignment() == QTextCharFormat::AlignBottom) {
-                m_rtf.word("clvertalb");
-            }
-            struct Side
-            {
-                const char* name;
-                int width;
-                int style;
-                int brush;
-            };
-            const Side sides[] = {
-                {"clbrdrt", QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
-                 QTextFormat::TableCellTopBorderBrush},
-                {"clbrdrl", QTextFormat::TableCellLeftBorder, QTextFormat::TableCellLeftBorderStyle,
-                 QTextFormat::TableCellLeftBorderBrush},
-                {"clbrdrb", QTextFormat::TableCellBottomBorder,
-                 QTextFormat::TableCellBottomBorderStyle, QTextFormat::TableCellBottomBorderBrush},
-                {"clbrdrr", QTextFormat::TableCellRightBorder,
-                 QTextFormat::TableCellRightBorderStyle, QTextFormat::TableCellRightBorderBrush},
-            };
-            for (const Side& side : sides) {
-                int width = 0;
-                int style = QTextFrameFormat::BorderStyle_Solid;
-                int colour = tableBorderColour;
-                if (cf.hasProperty(side.width)) {
-                    width = cf.doubleProperty(side.width) > 0
-                                ? std::clamp(twips(cf.doubleProperty(side.width)), 1, 1440)
-                                : 0;
-                    if (cf.hasProperty(side.style)) {
-                        style = cf.intProperty(side.style);
-                    }
-                    if (cf.hasProperty(side.brush)) {
-                        colour = colourNumber(cf.brushProperty(side.brush).color());
-                    }
-                } else if (tableBorder) {
-                    width = tableBorderWidth;
-                    style = format.borderStyle();
-                }
-                if (width <= 0 || style == QTextFrameFormat::BorderStyle_None) {
-                    continue;
-                }
-                m_rtf.word(side.name);
-                m_rtf.word(borderStyleWord(style));
-                m_rtf.word("brdrw", width);
-                if (colour > 0) {
-                    m_rtf.word("brdrcf", colour);
-                }
-            }
-            if (cf.hasProperty(QTextFormat::BackgroundBrush) &&
-                cf.background().style() != Qt::NoBrush) {
-                m_rtf.word("clcbpat", colourNumber(cf.background().color()));
-            }
-            for (int k = 0; k < span && c + k < columns; ++k) {
-                x += widths[std::size_t(c + k)];
-            }
-            m_rtf.word("cellx", x);
-            c += span;
-        }
-        m_rtf.raw("\n");
-        for (int c = 0; c < columns;) {
-            const QTextTableCell cell = table->cellAt(r, c);
-            const int span = std::max(1, cell.columnSpan());
+            const bool lastInRow = c + span >= table->columns();
             if (cell.row() != r) {
                 // Covered by the cell above (a vertical merge): an empty cell.
-                m_rtf.raw("\\pard\\intbl\\cell\n");
+                m_rtf.raw("\\pard\\intbl");
+                if (depth > 1) {
+                    m_rtf.word("itap", depth);
+                }
+                m_rtf.word(depth > 1 ? "nestcell" : "cell");
+                m_rtf.raw("\n");
+                if (depth > 1 && !lastInRow) {
+                    m_rtf.raw("{\\nonesttables\\tab}");
+                }
             } else {
-                const QTextBlock first = m_document.findBlock(cell.firstPosition());
-                const QTextBlock last = m_document.findBlock(cell.lastPosition());
-                writeFrameContent(first, last, true);
+                writeCell(cell, depth, lastInRow);
             }
             c += span;
         }
-        m_rtf.raw("\\row\n");
+        if (depth == 1) {
+            m_rtf.raw("\\row\n");
+            continue;
+        }
+        // A nested row is described after its cells; readers that know no nested tables
+        // read the text of {\nonesttables ...}: a tab between cells, a paragraph per row.
+        m_rtf.raw("\\pard\\intbl");
+        m_rtf.word("itap", depth);
+        m_rtf.raw("{\\*\\nesttableprops");
+        rows.writeRowDefinition(table, r, widths);
+        m_rtf.raw("\\nestrow}{\\nonesttables\\par}\n");
     }
 }
 
-void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCell)
+void RtfWriter::writeCell(const QTextTableCell& cell, int depth, bool lastInRow)
+{
+    const QTextBlock last = m_document.findBlock(cell.lastPosition());
+    for (auto it = cell.begin(); !it.atEnd(); ++it) {
+        if (const QTextFrame* child = it.currentFrame()) {
+            if (const auto* table = qobject_cast<const QTextTable*>(child);
+                table && depth < RtfTableWriter::kMaxDepth) {
+                writeTable(table, depth + 1);
+            } else {
+                const QTextBlock first = m_document.findBlock(child->firstPosition());
+                const QTextBlock end = m_document.findBlock(child->lastPosition());
+                for (QTextBlock block = first; block.isValid(); block = block.next()) {
+                    writeBlock(block, depth, false);
+                    if (block == end) {
+                        break;
+                    }
+                }
+            }
+            continue;
+        }
+        const QTextBlock block = it.currentBlock();
+        writeBlock(block, depth, block == last);
+        if (block == last && depth > 1 && !lastInRow) {
+            m_rtf.raw("{\\nonesttables\\tab}");
+        }
+    }
+}
+
+void RtfWriter::writeBlock(const QTextBlock& block, int depth, bool lastInCell)
 {
     const QTextBlockFormat bf = block.blockFormat();
     m_rtf.words("\\pard");
-    if (inTable) {
+    if (depth > 0) {
         m_rtf.word("intbl");
+    }
+    if (depth > 1) {
+        m_rtf.word("itap", depth);
     }
     const Qt::Alignment align = bf.alignment() & Qt::AlignHorizontal_Mask;
     if (align & Qt::AlignHCenter) {
@@ -515,7 +433,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
                 continue;
             }
             m_rtf.word(name);
-            m_rtf.word(borderStyleWord(style));
+            m_rtf.word(RtfTableWriter::borderStyleWord(style));
             m_rtf.word("brdrw", width);
             if (spacing > 0) {
                 m_rtf.word("brsp", spacing);
@@ -569,7 +487,7 @@ void RtfWriter::writeBlock(const QTextBlock& block, bool inTable, bool lastInCel
         writeFragment(it.fragment());
     }
     closeLink();
-    m_rtf.word(lastInCell ? "cell" : "par");
+    m_rtf.word(!lastInCell ? "par" : depth > 1 ? "nestcell" : "cell");
     m_rtf.raw("\n");
 }
 

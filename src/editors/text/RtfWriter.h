@@ -13,6 +13,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 class QTextBlock;
 class QTextCharFormat;
@@ -20,6 +21,7 @@ class QTextDocument;
 class QTextFragment;
 class QTextList;
 class QTextTable;
+class QTextTableCell;
 
 namespace kestrum::text {
 
@@ -59,10 +61,14 @@ private:
     void collect();
     void collectFormat(const QTextCharFormat& format);
     void writeHeader();
-    void writeFrameContent(const QTextBlock& first, const QTextBlock& last, bool inTable);
+    void writeFrameContent(const QTextBlock& first, const QTextBlock& last, int depth);
     void writeRootFrame();
-    void writeTable(const QTextTable* table);
-    void writeBlock(const QTextBlock& block, bool inTable, bool lastInCell);
+    // `depth`: 1 for a table in the text, 2 for a table inside a cell of one, and so on.
+    void writeTable(const QTextTable* table, int depth);
+    void writeRowDefinition(const QTextTable* table, int row, const std::vector<int>& widths);
+    void writeCell(const QTextTableCell& cell, int depth, bool lastInRow);
+    // `depth`: the table depth of the paragraph (0 outside tables).
+    void writeBlock(const QTextBlock& block, int depth, bool lastInCell);
     void writeFragment(const QTextFragment& fragment);
     void writeCharDiff(const CharProps& target);
     CharProps charProps(const QTextCharFormat& format);

@@ -132,6 +132,50 @@ QString plainBlockText(const QTextBlock& block, const ListItemNumbers& numbers)
     return text;
 }
 
+QString plainCell(const QTextDocument& document, const ListItemNumbers& numbers,
+                  const QTextTableCell& cell);
+
+// A table inside a cell, on the cell's line: each row in brackets, its cells apart by " | ".
+QString plainNestedTable(const QTextDocument& document, const ListItemNumbers& numbers,
+                         const QTextTable* table)
+{
+    QStringList rows;
+    for (int r = 0; r < table->rows(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < table->columns();) {
+            const QTextTableCell cell = table->cellAt(r, c);
+            cells << (cell.row() == r ? plainCell(document, numbers, cell) : QString());
+            c += std::max(1, cell.columnSpan());
+        }
+        rows << QLatin1Char('[') + cells.join(QLatin1String(" | ")) + QLatin1Char(']');
+    }
+    return rows.join(QLatin1Char(' '));
+}
+
+// The text of a cell on one line: its paragraphs and inner tables apart by spaces.
+QString plainCell(const QTextDocument& document, const ListItemNumbers& numbers,
+                  const QTextTableCell& cell)
+{
+    QStringList parts;
+    for (auto it = cell.begin(); !it.atEnd(); ++it) {
+        if (const QTextFrame* child = it.currentFrame()) {
+            if (const auto* table = qobject_cast<const QTextTable*>(child)) {
+                parts << plainNestedTable(document, numbers, table);
+            } else {
+                for (QTextBlock b = document.findBlock(child->firstPosition());
+                     b.isValid() && b.position() <= child->lastPosition(); b = b.next()) {
+                    parts << plainBlockText(b, numbers);
+                }
+            }
+        } else {
+            parts << plainBlockText(it.currentBlock(), numbers);
+        }
+    }
+    // Empty paragraphs (Qt keeps one before a table in a cell) take no space of their own.
+    parts.removeIf([](const QString& part) { return part.isEmpty(); });
+    return parts.join(QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+}
+
 void plainFrame(const QTextDocument& document, const ListItemNumbers& numbers,
                 const QTextFrame* frame, QStringList& lines)
 {
@@ -142,15 +186,7 @@ void plainFrame(const QTextDocument& document, const ListItemNumbers& numbers,
                     QStringList cells;
                     for (int c = 0; c < table->columns();) {
                         const QTextTableCell cell = table->cellAt(r, c);
-                        QStringList parts;
-                        if (cell.row() == r) {
-                            for (QTextBlock b = document.findBlock(cell.firstPosition());
-                                 b.isValid() && b.position() <= cell.lastPosition(); b = b.next()) {
-                                parts << plainBlockText(b, numbers);
-                            }
-                        }
-                        cells << parts.join(QLatin1Char(' '))
-                                     .replace(QLatin1Char('\t'), QLatin1Char(' '));
+                        cells << (cell.row() == r ? plainCell(document, numbers, cell) : QString());
                         c += std::max(1, cell.columnSpan());
                     }
                     lines << cells.join(QLatin1Char('\t'));
