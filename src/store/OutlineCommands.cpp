@@ -131,7 +131,7 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(before.outline, nullptr));
+        outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(start);
         throw;
     }
@@ -338,7 +338,7 @@ std::vector<OutlineNode*> OutlineCommands::recoverPages()
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(before.outline, nullptr));
+        outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(before.selected);
         throw;
     }
@@ -417,7 +417,7 @@ bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
         m_data.history().clear();
         return false;
     }
-    std::unique_ptr<OutlineNode> target = OutlineStream::read(to.outline, nullptr);
+    std::unique_ptr<OutlineNode> target = OutlineStream::read(to.outline).value_or(nullptr);
     if (!target) {
         m_data.history().clear();
         return false;
@@ -444,7 +444,7 @@ bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(now, nullptr));
+        outline.reset(OutlineStream::read(now).value_or(nullptr));
         outline.selectIndex(nowSelected);
         throw;
     }

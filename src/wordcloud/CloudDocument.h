@@ -2,6 +2,7 @@
 
 #include "CloudRect.h"
 #include "common/Colour.h"
+#include "common/Result.h"
 
 #include <QByteArray>
 #include <QList>
@@ -56,11 +57,10 @@ public:
 
     static QByteArray write(const CloudDocumentData& data);
 
-    // Reads at most kMaxBytes from `device`. Refuses (nullopt, *error set) bytes that are not a
-    // well-formed document with a "WordCloud" root of version "1.0"; out-of-range values are
-    // clamped or left out, each with a line in *warnings.
-    static std::optional<CloudDocumentData> read(QIODevice& device, QString* error,
-                                                 QStringList* warnings);
+    // Reads at most kMaxBytes from `device`. Refuses bytes that are not a well-formed document
+    // with a "WordCloud" root of version "1.0"; out-of-range values are clamped or left out,
+    // each with a line in *warnings.
+    static Result<CloudDocumentData> read(QIODevice& device, QStringList* warnings);
 };
 
 } // namespace kestrum::wordcloud

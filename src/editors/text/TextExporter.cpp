@@ -31,16 +31,13 @@ namespace {
 constexpr int kPlainListIndent = 4;
 constexpr int kMaxPlainListLevels = 9;
 
-bool saveBytes(const QString& fileName, const QByteArray& bytes, QString* error)
+Status saveBytes(const QString& fileName, const QByteArray& bytes)
 {
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\": %2").arg(fileName, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(fileName, file.errorString()));
     }
-    return true;
+    return {};
 }
 
 QString htmlEscape(const QString& text)
@@ -212,8 +209,8 @@ std::unique_ptr<QTextDocument> TextExporter::visibleCopy(const QTextDocument& do
     return copy;
 }
 
-QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportOptions& options,
-                                QString* error)
+Result<QByteArray> TextExporter::toHtml(const QTextDocument& document,
+                                        const HtmlExportOptions& options)
 {
     const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
     QString html = copy->toHtml();
@@ -251,13 +248,13 @@ QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportO
                                          .arg(options.imageFilePrefix)
                                          .arg(counter)
                                          .arg(suffix);
-            if (!QDir().mkpath(options.imageFolder) ||
-                !saveBytes(QDir(options.imageFolder).filePath(fileName), bytes, error)) {
-                if (error && error->isEmpty()) {
-                    *error = QStringLiteral("Cannot create the picture folder \"%1\".")
-                                 .arg(options.imageFolder);
-                }
-                return {};
+            if (!QDir().mkpath(options.imageFolder)) {
+                return fail(QStringLiteral("Cannot create the picture folder \"%1\".")
+                                .arg(options.imageFolder));
+            }
+            if (const Status saved = saveBytes(QDir(options.imageFolder).filePath(fileName), bytes);
+                !saved) {
+                return fail(saved.error());
             }
             sources.insert(image.name(), options.imageUrlPrefix + fileName);
         }
@@ -316,7 +313,7 @@ QString TextExporter::toPlainText(const QTextDocument& document)
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
-bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileName, QString* error)
+Status TextExporter::writeOdt(const QTextDocument& document, const QString& fileName)
 {
     const std::unique_ptr<QTextDocument> copy = visibleCopy(document);
     QByteArray bytes;
@@ -324,21 +321,17 @@ bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileNa
     buffer.open(QIODevice::WriteOnly);
     QTextDocumentWriter writer(&buffer, "odf");
     if (!writer.write(copy.get())) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName);
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName));
     }
-    return saveBytes(fileName, bytes, error);
+    return saveBytes(fileName, bytes);
 }
 
-bool TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
-                              const PageLayout& layout, const QString& fileName, Format format,
-                              QString* error)
+Status TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
+                                const PageLayout& layout, const QString& fileName, Format format)
 {
     switch (format) {
     case Format::Rtf:
-        return saveBytes(fileName, RtfWriter(document, colours, layout).write(), error);
+        return saveBytes(fileName, RtfWriter(document, colours, layout).write());
     case Format::Html: {
         const QFileInfo info(fileName);
         HtmlExportOptions options;
@@ -346,22 +339,18 @@ bool TextExporter::exportFile(const QTextDocument& document, const ColourTable& 
         options.imageFolder = info.absoluteDir().filePath(folder);
         options.imageUrlPrefix = QStringLiteral("./") + folder + QLatin1Char('/');
         options.title = info.completeBaseName();
-        QString why;
-        const QByteArray html = toHtml(document, options, &why);
-        if (html.isEmpty()) {
-            if (error) {
-                *error = why;
-            }
-            return false;
+        const Result<QByteArray> html = toHtml(document, options);
+        if (!html) {
+            return fail(html.error());
         }
-        return saveBytes(fileName, html, error);
+        return saveBytes(fileName, *html);
     }
     case Format::PlainText:
-        return saveBytes(fileName, toPlainText(document).toUtf8(), error);
+        return saveBytes(fileName, toPlainText(document).toUtf8());
     case Format::Odt:
-        return writeOdt(document, fileName, error);
+        return writeOdt(document, fileName);
     }
-    return false;
+    return fail(QStringLiteral("Cannot write \"%1\": unknown format.").arg(fileName));
 }
 
 } // namespace kestrum::text

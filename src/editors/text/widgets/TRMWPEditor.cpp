@@ -537,18 +537,16 @@ void TRMWPEditor::WPViewCharacterAttrChange()
 
 bool TRMWPEditor::loadWithMessage(const QString& path, bool external)
 {
-    QString error;
-    bool ok = false;
+    Status loaded;
     {
         WaitCursor wait;
         WordConverterOptions options = m_document->converterOptions();
         options.idle = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
         m_document->setConverterOptions(options);
-        ok = external ? m_document->loadExternalFile(path, &error)
-                      : m_document->loadFile(path, &error);
+        loaded = external ? m_document->loadExternalFile(path) : m_document->loadFile(path);
     }
-    if (!ok) {
-        ui::dialogs().warning(this, error);
+    if (!loaded) {
+        ui::dialogs().warning(this, loaded.error());
         return false;
     }
     m_document->notifyChanged();
@@ -602,10 +600,9 @@ void TRMWPEditor::exportFile()
     } else {
         path += QLatin1Char('.') + QLatin1String(kExportFilters[index].suffix);
     }
-    QString error;
     WaitCursor wait;
-    if (!m_document->exportFile(path, format, &error)) {
-        ui::dialogs().warning(this, error);
+    if (const Status written = m_document->exportFile(path, format); !written) {
+        ui::dialogs().warning(this, written.error());
     }
 }
 
@@ -624,9 +621,8 @@ void TRMWPEditor::saveFile()
     }
     const auto format = TextExporter::formatForSuffix(QFileInfo(m_fileName).suffix())
                             .value_or(TextExporter::Format::Rtf);
-    QString error;
-    if (!m_document->exportFile(m_fileName, format, &error)) {
-        ui::dialogs().warning(this, error);
+    if (const Status written = m_document->exportFile(m_fileName, format); !written) {
+        ui::dialogs().warning(this, written.error());
     }
 }
 
