@@ -64,7 +64,11 @@ void BM_CsvImport(benchmark::State& state)
     const QByteArray csv = DelimitedTextWriter::write(table(), QLatin1Char(','));
     for (auto _ : state) {
         GridDocument g;
-        DelimitedTextReader::load(csv, QLatin1Char(','), &g, nullptr);
+        if (const kestrum::Status read = DelimitedTextReader::load(csv, QLatin1Char(','), &g);
+            !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         benchmark::DoNotOptimize(g.cellCount());
     }
     state.counters["bytes"] = double(csv.size());
@@ -85,7 +89,10 @@ void BM_StreamLoad(benchmark::State& state)
     const QByteArray bytes = GridStream::write(table());
     for (auto _ : state) {
         GridDocument g;
-        GridStream::read(bytes, &g, nullptr);
+        if (const kestrum::Status read = GridStream::read(bytes, &g); !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         benchmark::DoNotOptimize(g.cellCount());
     }
     state.counters["bytes"] = double(bytes.size());
@@ -97,9 +104,12 @@ void BM_Export(benchmark::State& state)
     const int format = int(state.range(0));
     qint64 size = 0;
     for (auto _ : state) {
-        QByteArray bytes;
-        GridExporter::encode(table(), format, &bytes, nullptr);
-        size = bytes.size();
+        const kestrum::Result<QByteArray> bytes = GridExporter::encode(table(), format);
+        if (!bytes) {
+            state.SkipWithError(qPrintable(bytes.error()));
+            break;
+        }
+        size = bytes->size();
     }
     state.SetLabel(GridExporter::extensionFor(format).toStdString());
     state.counters["bytes"] = double(size);
@@ -126,7 +136,10 @@ void BM_ShowPage(benchmark::State& state)
     QApplication::processEvents();
     for (auto _ : state) {
         editor.document().clear();
-        editor.document().readContent(bytes, nullptr);
+        if (const kestrum::Status read = editor.document().readContent(bytes); !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         QApplication::processEvents(); // layout and the first paint
     }
 }
@@ -136,7 +149,11 @@ BENCHMARK(BM_ShowPage)->Unit(benchmark::kMillisecond);
 void BM_PaintScreen(benchmark::State& state)
 {
     TRMGridEditor editor;
-    editor.document().readContent(GridStream::write(table()), nullptr);
+    if (const kestrum::Status read = editor.document().readContent(GridStream::write(table()));
+        !read) {
+        state.SkipWithError(qPrintable(read.error()));
+        return;
+    }
     editor.resize(1200, 800);
     editor.show();
     QApplication::processEvents();

@@ -112,9 +112,11 @@ void BM_ReadRtf(benchmark::State& state)
 {
     const QByteArray& rtf = sampleRtf();
     TextPageDocument document;
-    QString error;
     for (auto _ : state) {
-        document.readContent(rtf, &error);
+        if (const kestrum::Status read = document.readContent(rtf); !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         benchmark::DoNotOptimize(document.textDocument()->characterCount());
     }
     state.counters["bytes"] = double(rtf.size());
@@ -125,11 +127,13 @@ BENCHMARK(BM_ReadRtf)->Unit(benchmark::kMillisecond);
 void BM_WriteRtf(benchmark::State& state)
 {
     TextPageDocument document;
-    QString error;
-    document.readContent(sampleRtf(), &error);
+    if (const kestrum::Status read = document.readContent(sampleRtf()); !read) {
+        state.SkipWithError(qPrintable(read.error()));
+        return;
+    }
     QByteArray out;
     for (auto _ : state) {
-        document.writeContent(out, &error);
+        out = document.writeContent().value_or(QByteArray());
         benchmark::DoNotOptimize(out.size());
     }
     state.counters["bytes"] = double(out.size());
@@ -142,9 +146,11 @@ void BM_SwitchToPage(benchmark::State& state)
     TRMWPEditor editor;
     editor.resize(900, 700);
     editor.show();
-    QString error;
     for (auto _ : state) {
-        editor.pageDocument().readContent(sampleRtf(), &error);
+        if (const kestrum::Status read = editor.pageDocument().readContent(sampleRtf()); !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         editor.view()->viewport()->repaint();
         QCoreApplication::processEvents();
         state.PauseTiming();
@@ -162,15 +168,17 @@ void BM_SwitchFromPage(benchmark::State& state)
     TRMWPEditor editor;
     editor.resize(900, 700);
     editor.show();
-    QString error;
     QByteArray out;
     for (auto _ : state) {
         state.PauseTiming();
-        editor.pageDocument().readContent(sampleRtf(), &error);
+        if (const kestrum::Status read = editor.pageDocument().readContent(sampleRtf()); !read) {
+            state.SkipWithError(qPrintable(read.error()));
+            break;
+        }
         editor.view()->viewport()->repaint();
         QCoreApplication::processEvents();
         state.ResumeTiming();
-        editor.pageDocument().writeContent(out, &error);
+        out = editor.pageDocument().writeContent().value_or(QByteArray());
         editor.pageDocument().clear();
         QCoreApplication::processEvents();
     }

@@ -17,7 +17,7 @@ const QString kFileName = QStringLiteral("Kestrum.INI");
 
 AppSettings::AppSettings(QString path) : m_ini(std::move(path))
 {
-    m_ini.load();
+    static_cast<void>(m_ini.load()); // a missing or unreadable file reads as the defaults
 }
 
 QString AppSettings::defaultPath()
@@ -113,7 +113,7 @@ QString AppSettings::lastProject() const
 
 bool AppSettings::save()
 {
-    return m_ini.save();
+    return m_ini.save().ok();
 }
 
 } // namespace kestrum::app

@@ -453,8 +453,8 @@ void TKestrumM::NodeImportClick()
                     m_data->writePageContent(node->data(), m_data->unsavedImport());
                 } else if (ui::EditorPanel* panel =
                                m_editors->panel(store::editorKindFor(node->imageIndex()))) {
-                    QString why;
-                    panel->document().readContent(m_data->unsavedImport(), &why);
+                    // The kind wrote these bytes from the file it just read: they read back.
+                    static_cast<void>(panel->document().readContent(m_data->unsavedImport()));
                     m_display->setContentModified(true);
                 }
             }

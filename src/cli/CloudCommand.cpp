@@ -84,9 +84,8 @@ void writeOutput(TprWordCloud& cloud, const QString& out, const QString& extensi
         }
         return;
     }
-    QString error;
-    if (!cloud.SaveToPictureFile(out, extension, &error)) {
-        throw CliError{kExitBadInput, error};
+    if (const Status saved = cloud.SaveToPictureFile(out, extension); !saved) {
+        throw CliError{kExitBadInput, saved.error()};
     }
 }
 
@@ -100,8 +99,8 @@ int renderDocument(ArgList& args, CliIo& io, const QString& docFile, const QStri
     }
     TprWordCloud cloud;
     // Read without a drawing area first, so that the stored places are kept as they are.
-    if (!cloud.LoadFromFile(docFile)) {
-        throw CliError{kExitBadInput, QStringLiteral("%1: %2").arg(docFile, cloud.LastError())};
+    if (const Status loaded = cloud.LoadFromFile(docFile); !loaded) {
+        throw CliError{kExitBadInput, QStringLiteral("%1: %2").arg(docFile, loaded.error())};
     }
     printWarnings(io, docFile, cloud.LoadWarnings());
     const wordcloud::CloudRect stored = cloud.StartingCanvasRect();
@@ -243,10 +242,9 @@ int runCloud(ArgList& args, CliIo& io)
         throw CliError{kExitBadInput,
                        QStringLiteral("cannot open %1: %2").arg(pos[0], file.errorString())};
     }
-    QString error;
-    const std::optional<wordcloud::WordList::Result> list = wordcloud::WordList::read(file, &error);
+    const Result<wordcloud::WordList::Result> list = wordcloud::WordList::read(file);
     if (!list) {
-        throw CliError{kExitBadInput, QStringLiteral("%1: %2").arg(pos[0], error)};
+        throw CliError{kExitBadInput, QStringLiteral("%1: %2").arg(pos[0], list.error())};
     }
     QStringList notes = list->warnings;
     for (const wordcloud::WordList::Entry& entry : list->entries) {

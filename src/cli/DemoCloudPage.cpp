@@ -31,10 +31,9 @@ store::OutlineNode* DemoCloudPage::add(store::TRMData& data, store::OutlineNode*
     if (!file.open(QIODevice::ReadOnly)) {
         throw CliError{kExitBadInput, QStringLiteral("the demo resource words.tsv is missing")};
     }
-    QString error;
-    const auto list = wordcloud::WordList::read(file, &error);
+    const auto list = wordcloud::WordList::read(file);
     if (!list) {
-        throw CliError{kExitBadInput, QStringLiteral("words.tsv: %1").arg(error)};
+        throw CliError{kExitBadInput, QStringLiteral("words.tsv: %1").arg(list.error())};
     }
     wordcloud::TprWordCloud cloud;
     cloud.SetClientSize(kDemoCloudSize);

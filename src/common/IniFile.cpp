@@ -13,24 +13,18 @@ constexpr qint64 kMaxIniBytes = 16 * 1024 * 1024;
 
 IniFile::IniFile(QString path) : m_path(std::move(path)) {}
 
-bool IniFile::load(QString* error)
+Status IniFile::load()
 {
     m_lines.clear();
     QFile file(m_path);
     if (!file.exists()) {
-        return false;
+        return {};
     }
     if (!file.open(QIODevice::ReadOnly)) {
-        if (error) {
-            *error = QStringLiteral("Cannot read \"%1\": %2").arg(m_path, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(m_path, file.errorString()));
     }
     if (file.size() > kMaxIniBytes) {
-        if (error) {
-            *error = QStringLiteral("\"%1\" is too large to be a settings file").arg(m_path);
-        }
-        return false;
+        return fail(QStringLiteral("\"%1\" is too large to be a settings file").arg(m_path));
     }
     QByteArray bytes = file.readAll();
     if (bytes.startsWith("\xEF\xBB\xBF")) {
@@ -44,7 +38,7 @@ bool IniFile::load(QString* error)
     }
     m_crlf = bytes.contains("\r\n");
     parse(text);
-    return true;
+    return {};
 }
 
 void IniFile::parse(const QString& text)
@@ -100,24 +94,18 @@ QString IniFile::toText() const
     return out;
 }
 
-bool IniFile::save(QString* error) const
+Status IniFile::save() const
 {
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly)) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\": %2").arg(m_path, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, file.errorString()));
     }
     const QString text = toText();
     file.write(m_latin1 ? text.toLatin1() : text.toUtf8());
     if (!file.commit()) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\": %2").arg(m_path, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, file.errorString()));
     }
-    return true;
+    return {};
 }
 
 qsizetype IniFile::findSection(const QString& section) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -17,10 +19,11 @@ public:
 
     const QString& path() const { return m_path; }
 
-    // Reads the file; a missing file gives an empty set and false (error left empty).
-    bool load(QString* error = nullptr);
+    // Reads the file; a missing file reads as an empty set. Fails when the file exists but
+    // cannot be read.
+    Status load();
     // Replaces the file atomically with the current content.
-    bool save(QString* error = nullptr) const;
+    Status save() const;
     // Parses text already in memory (used by load and by tests).
     void parse(const QString& text);
     QString toText() const;

@@ -33,6 +33,9 @@ public:
     const T* operator->() const { return &value(); }
     T& operator*() & { return value(); }
     const T& operator*() const& { return value(); }
+    // The value, or `fallback` when the call failed.
+    T value_or(T fallback) const& { return ok() ? value() : std::move(fallback); }
+    T value_or(T fallback) && { return ok() ? std::move(*this).value() : std::move(fallback); }
 
     // The failure's message; empty when the call succeeded.
     QString error() const { return ok() ? QString() : std::get<1>(m_state).message; }

@@ -16,9 +16,10 @@ namespace {
 Result<grid::GridDocument> readGrid(const PageSource& page)
 {
     grid::GridDocument document;
-    QString error;
-    if (!page.content.isEmpty() && !grid::GridStream::read(page.content, &document, &error)) {
-        return fail(error);
+    if (!page.content.isEmpty()) {
+        if (const Status read = grid::GridStream::read(page.content, &document); !read) {
+            return fail(read.error());
+        }
     }
     return document;
 }
@@ -31,11 +32,7 @@ PageFormat gridFormat(QStringList extensions, const QString& description, int fo
                 if (!document) {
                     return fail(document.error());
                 }
-                QString error;
-                if (!grid::GridExporter::exportGrid(&*document, outFile, format, &error)) {
-                    return fail(error);
-                }
-                return {};
+                return grid::GridExporter::exportGrid(&*document, outFile, format);
             }};
 }
 

@@ -22,9 +22,8 @@ Result<std::unique_ptr<text::TextPageDocument>> readText(const PageSource& page)
                         .arg(text::TextExporter::kMaxPageBytes / kMiB));
     }
     auto document = std::make_unique<text::TextPageDocument>();
-    QString error;
-    if (!document->readContent(page.content, &error)) {
-        return fail(QStringLiteral("the page cannot be read: ") + error);
+    if (const Status read = document->readContent(page.content); !read) {
+        return fail(QStringLiteral("the page cannot be read: ") + read.error());
     }
     return document;
 }
@@ -36,11 +35,10 @@ Status writeTextFile(const PageSource& page, const QString& outFile)
         return fail(document.error());
     }
     const auto format = text::TextExporter::formatForSuffix(QFileInfo(outFile).suffix());
-    QString error;
-    if (!format || !(*document)->exportFile(outFile, *format, &error)) {
-        return fail(error);
+    if (!format) {
+        return fail(QStringLiteral("cannot write %1: unknown format").arg(outFile));
     }
-    return {};
+    return (*document)->exportFile(outFile, *format);
 }
 
 } // namespace
@@ -71,14 +69,13 @@ CorePageKind textPageKind()
         }
         // Pictures are embedded: the fragment carries no files of its own.
         Q_UNUSED(options);
-        QString error;
-        const QByteArray html =
-            text::TextExporter::toHtml(*(*document)->textDocument(), {}, &error);
-        if (html.isEmpty() && !error.isEmpty()) {
-            return fail(error);
+        const Result<QByteArray> html =
+            text::TextExporter::toHtml(*(*document)->textDocument(), {});
+        if (!html) {
+            return fail(html.error());
         }
         // The markup between <BODY> and </BODY>.
-        QString body = QString::fromUtf8(html);
+        QString body = QString::fromUtf8(*html);
         const qsizetype open = body.indexOf(QLatin1String("<BODY"), 0, Qt::CaseInsensitive);
         if (open >= 0) {
             const qsizetype start = body.indexOf(QLatin1Char('>'), open) + 1;
@@ -93,12 +90,7 @@ CorePageKind textPageKind()
         if (!document) {
             return fail(document.error());
         }
-        QByteArray bytes;
-        QString error;
-        if (!(*document)->writeContent(bytes, &error)) {
-            return fail(error);
-        }
-        return bytes;
+        return (*document)->writeContent();
     };
     kind.exports.text = [](const PageSource& page) -> Result<QString> {
         auto document = readText(page);

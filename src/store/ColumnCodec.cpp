@@ -21,16 +21,13 @@ QByteArray compress(const QByteArray& plain, int level)
     return qCompress(plain, level);
 }
 
-std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
+Result<QByteArray> decompress(const QByteArray& stored)
 {
     if (stored.isEmpty()) {
         return QByteArray();
     }
     if (stored.size() < 4) {
-        if (error) {
-            *error = QStringLiteral("the stored value is truncated");
-        }
-        return std::nullopt;
+        return fail(QStringLiteral("the stored value is truncated"));
     }
     const quint32 claimed = qFromBigEndian<quint32>(stored.constData());
     if (claimed == 0) {
@@ -38,11 +35,8 @@ std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
     }
     const qint64 streamBytes = stored.size() - 4;
     if (qint64(claimed) > kMaxPlainSize || qint64(claimed) > streamBytes * kMaxDeflateRatio + 64) {
-        if (error) {
-            *error =
-                QStringLiteral("the stored value is damaged (impossible length %1)").arg(claimed);
-        }
-        return std::nullopt;
+        return fail(
+            QStringLiteral("the stored value is damaged (impossible length %1)").arg(claimed));
     }
     // Inflated in bounded steps, never past the claimed size: a stream that would expand beyond
     // its header is refused as soon as it passes it, whatever it would have grown to. The
@@ -51,10 +45,7 @@ std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
     QByteArray plain(std::min<qsizetype>(qsizetype(claimed), kStep), Qt::Uninitialized);
     z_stream zs{};
     if (inflateInit(&zs) != Z_OK) {
-        if (error) {
-            *error = QStringLiteral("the stored value cannot be decompressed (out of memory)");
-        }
-        return std::nullopt;
+        return fail(QStringLiteral("the stored value cannot be decompressed (out of memory)"));
     }
     zs.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(stored.constData() + 4));
     zs.avail_in = uInt(streamBytes);
@@ -89,10 +80,7 @@ std::optional<QByteArray> decompress(const QByteArray& stored, QString* error)
     }
     inflateEnd(&zs);
     if (!ok) {
-        if (error) {
-            *error = QStringLiteral("the stored value is damaged (cannot decompress it)");
-        }
-        return std::nullopt;
+        return fail(QStringLiteral("the stored value is damaged (cannot decompress it)"));
     }
     return plain;
 }
@@ -102,11 +90,11 @@ QByteArray compressText(const QString& text, int level)
     return compress(text.toUtf8(), level);
 }
 
-std::optional<QString> decompressText(const QByteArray& stored, QString* error)
+Result<QString> decompressText(const QByteArray& stored)
 {
-    auto plain = decompress(stored, error);
+    Result<QByteArray> plain = decompress(stored);
     if (!plain) {
-        return std::nullopt;
+        return fail(plain.error());
     }
     return QString::fromUtf8(*plain);
 }

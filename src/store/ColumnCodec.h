@@ -1,9 +1,9 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
-
-#include <optional>
 
 namespace kestrum::store {
 
@@ -18,12 +18,12 @@ constexpr int kCommentLevel = 9;
 constexpr qint64 kMaxPlainSize = qint64(1) << 30;
 
 QByteArray compress(const QByteArray& plain, int level);
-// Fails (nullopt, *error set) on a truncated or corrupt value and on a length header that no
-// zlib stream of that size can reach, so hostile headers never cause a large allocation.
-std::optional<QByteArray> decompress(const QByteArray& stored, QString* error);
+// Fails on a truncated or corrupt value and on a length header that no zlib stream of that
+// size can reach, so hostile headers never cause a large allocation.
+Result<QByteArray> decompress(const QByteArray& stored);
 
 QByteArray compressText(const QString& text, int level);
-std::optional<QString> decompressText(const QByteArray& stored, QString* error);
+Result<QString> decompressText(const QByteArray& stored);
 
 } // namespace ColumnCodec
 } // namespace kestrum::store

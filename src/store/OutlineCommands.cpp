@@ -130,7 +130,7 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(before.outline, nullptr));
+        outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(start);
         throw;
     }
@@ -356,7 +356,7 @@ std::vector<OutlineNode*> OutlineCommands::recoverPages()
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(before.outline, nullptr));
+        outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(before.selected);
         throw;
     }
@@ -435,7 +435,7 @@ bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
         m_data.history().clear();
         return false;
     }
-    std::unique_ptr<OutlineNode> target = OutlineStream::read(to.outline, nullptr);
+    std::unique_ptr<OutlineNode> target = OutlineStream::read(to.outline).value_or(nullptr);
     if (!target) {
         m_data.history().clear();
         return false;
@@ -462,7 +462,7 @@ bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
             m_data.SaveTree();
         });
     } catch (...) {
-        outline.reset(OutlineStream::read(now, nullptr));
+        outline.reset(OutlineStream::read(now).value_or(nullptr));
         outline.selectIndex(nowSelected);
         throw;
     }

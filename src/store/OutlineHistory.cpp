@@ -67,7 +67,7 @@ QByteArray OutlineHistory::shapeOf(const OutlineNode* root)
 
 QByteArray OutlineHistory::shapeOf(const QByteArray& outlineStream)
 {
-    const std::unique_ptr<OutlineNode> root = OutlineStream::read(outlineStream, nullptr);
+    const std::unique_ptr<OutlineNode> root = OutlineStream::read(outlineStream).value_or(nullptr);
     return shapeOf(root.get());
 }
 

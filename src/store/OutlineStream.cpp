@@ -43,16 +43,13 @@ QByteArray write(const OutlineNode* root)
     return out.take();
 }
 
-std::unique_ptr<OutlineNode> read(const QByteArray& bytes, QString* error)
+Result<std::unique_ptr<OutlineNode>> read(const QByteArray& bytes)
 {
-    auto failWith = [error](const QString& why) {
-        if (error) {
-            *error = QStringLiteral("the outline is damaged (%1)").arg(why);
-        }
-        return std::unique_ptr<OutlineNode>();
+    auto failWith = [](const QString& why) {
+        return fail(QStringLiteral("the outline is damaged (%1)").arg(why));
     };
     if (bytes.isEmpty()) {
-        return {};
+        return std::unique_ptr<OutlineNode>();
     }
     common::ByteReader in(bytes);
     const QByteArray magic = in.raw(4);

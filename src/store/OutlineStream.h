@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Result.h"
 #include "store/OutlineNode.h"
 
 #include <QByteArray>
@@ -19,8 +20,8 @@ constexpr int kMaxDepth = 512;
 
 QByteArray write(const OutlineNode* root);
 // Reads a whole stream. An empty input gives no tree (nullptr, no error); anything malformed
-// gives nullptr and *error.
-std::unique_ptr<OutlineNode> read(const QByteArray& bytes, QString* error);
+// fails.
+Result<std::unique_ptr<OutlineNode>> read(const QByteArray& bytes);
 
 } // namespace OutlineStream
 } // namespace kestrum::store

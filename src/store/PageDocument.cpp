@@ -4,13 +4,10 @@ namespace kestrum::store {
 
 PageDocument::~PageDocument() = default;
 
-bool PageDocument::importFile(const QString& path, QString* error)
+Status PageDocument::importFile(const QString& path)
 {
-    if (error) {
-        *error = QStringLiteral("Cannot import \"%1\": %2 pages cannot read outside files")
-                     .arg(path, editorKindName(kind()));
-    }
-    return false;
+    return fail(QStringLiteral("Cannot import \"%1\": %2 pages cannot read outside files")
+                    .arg(path, editorKindName(kind())));
 }
 
 bool PageDocument::storesImportImmediately(const QString&) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Result.h"
 #include "store/PageType.h"
 
 #include <QByteArray>
@@ -22,13 +23,13 @@ public:
     virtual EditorKind kind() const = 0;
 
     // The whole content in the kind's stored format.
-    virtual bool writeContent(QByteArray& out, QString* error) = 0;
-    // Replaces the content. On failure the document is left cleared and *error says why.
-    virtual bool readContent(const QByteArray& in, QString* error) = 0;
+    virtual Result<QByteArray> writeContent() = 0;
+    // Replaces the content. On failure the document is left cleared.
+    virtual Status readContent(const QByteArray& in) = 0;
     virtual void clear() = 0;
 
     // Loads an outside file (by its extension) as the content. The default refuses.
-    virtual bool importFile(const QString& path, QString* error);
+    virtual Status importFile(const QString& path);
     // Whether a freshly imported file is written into its new page at once. A kind may leave
     // some imports unsaved until the page is left modified.
     virtual bool storesImportImmediately(const QString& path) const;

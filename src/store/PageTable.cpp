@@ -4,6 +4,7 @@
 #include "store/SqliteDatabase.h"
 #include "store/StoreError.h"
 
+#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -33,6 +34,12 @@ std::pair<QByteArray, bool> storedColumn(const SqliteStatement& st, int column)
     return {st.columnText(column).toUtf8(), true};
 }
 
+// What a file without the page table (or with a table of another program) is to the user.
+QString notAProject(const QString& path)
+{
+    return QStringLiteral("\"%1\" is not a Kestrum project").arg(QFileInfo(path).fileName());
+}
+
 } // namespace
 
 void PageTable::create()
@@ -57,9 +64,7 @@ void PageTable::validate(bool integrityCheck)
         SqliteStatement st(m_db,
                            "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
         if (!st.step() || st.columnText(0) != QLatin1String("table")) {
-            throw StoreError(QStringLiteral("\"%1\" is not a Kestrum project: it has no page table "
-                                            "\"OUTPUT\"")
-                                 .arg(path));
+            throw StoreError(notAProject(path));
         }
     }
     {
@@ -85,9 +90,7 @@ void PageTable::validate(bool integrityCheck)
             }
         }
         if (!missing.isEmpty()) {
-            throw StoreError(QStringLiteral("\"%1\" is not a Kestrum project: its page table lacks "
-                                            "the column(s) %2")
-                                 .arg(path, missing.join(QStringLiteral(", "))));
+            throw StoreError(notAProject(path));
         }
     }
     if (integrityCheck) {
@@ -263,7 +266,7 @@ std::vector<PageSummary> PageTable::summaries() const
         const auto [stored, isText] = storedColumn(st, 3);
         if (isText) {
             s.info = QString::fromUtf8(stored);
-        } else if (auto text = ColumnCodec::decompressText(stored, nullptr)) {
+        } else if (auto text = ColumnCodec::decompressText(stored)) {
             s.info = *text;
         } else {
             s.infoDamaged = true;
@@ -286,12 +289,11 @@ QString PageTable::decodeText(qint32 pageId, const char* column, const QByteArra
     if (isText) {
         return QString::fromUtf8(stored);
     }
-    QString why;
-    auto text = ColumnCodec::decompressText(stored, &why);
+    auto text = ColumnCodec::decompressText(stored);
     if (!text) {
         throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
                              .arg(pageId)
-                             .arg(m_db.path(), QLatin1String(column), why));
+                             .arg(m_db.path(), QLatin1String(column), text.error()));
     }
     return *text;
 }
@@ -302,12 +304,11 @@ QByteArray PageTable::decodeBytes(qint32 pageId, const char* column, const QByte
     if (isText) {
         return stored;
     }
-    QString why;
-    auto bytes = ColumnCodec::decompress(stored, &why);
+    auto bytes = ColumnCodec::decompress(stored);
     if (!bytes) {
         throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
                              .arg(pageId)
-                             .arg(m_db.path(), QLatin1String(column), why));
+                             .arg(m_db.path(), QLatin1String(column), bytes.error()));
     }
     return *bytes;
 }

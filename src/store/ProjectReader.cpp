@@ -11,11 +11,12 @@ ProjectReader::ProjectReader(const QString& path)
     m_table = std::make_unique<PageTable>(m_db);
     m_table->validate(true);
     if (const std::optional<qint32> first = m_table->firstId()) {
-        QString why;
-        m_outline = OutlineStream::read(m_table->readContent(*first).value_or(QByteArray()), &why);
-        if (!m_outline && !why.isEmpty()) {
-            throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(path, why));
+        Result<std::unique_ptr<OutlineNode>> outline =
+            OutlineStream::read(m_table->readContent(*first).value_or(QByteArray()));
+        if (!outline) {
+            throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(path, outline.error()));
         }
+        m_outline = std::move(*outline);
     }
 }
 

@@ -8,17 +8,16 @@ RawPageDocument::RawPageDocument(EditorKind kind, QObject* parent)
     : PageDocument(parent), m_kind(kind)
 {}
 
-bool RawPageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> RawPageDocument::writeContent()
 {
-    out = m_bytes;
-    return true;
+    return m_bytes;
 }
 
-bool RawPageDocument::readContent(const QByteArray& in, QString*)
+Status RawPageDocument::readContent(const QByteArray& in)
 {
     m_bytes = in;
     emit contentReset();
-    return true;
+    return {};
 }
 
 void RawPageDocument::clear()
@@ -27,25 +26,19 @@ void RawPageDocument::clear()
     emit contentReset();
 }
 
-bool RawPageDocument::importFile(const QString& path, QString* error)
+Status RawPageDocument::importFile(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        if (error) {
-            *error = QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString()));
     }
     if (file.size() > kMaxImportBytes) {
-        if (error) {
-            *error = QStringLiteral("Cannot import \"%1\": the file is larger than %2 MB")
-                         .arg(path)
-                         .arg(kMaxImportBytes / (1024 * 1024));
-        }
-        return false;
+        return fail(QStringLiteral("Cannot import \"%1\": the file is larger than %2 MB")
+                        .arg(path)
+                        .arg(kMaxImportBytes / (1024 * 1024)));
     }
     m_bytes = file.readAll();
-    return true;
+    return {};
 }
 
 void RawPageDocument::setBytes(const QByteArray& bytes)

@@ -13,10 +13,10 @@ public:
     explicit RawPageDocument(EditorKind kind, QObject* parent = nullptr);
 
     EditorKind kind() const override { return m_kind; }
-    bool writeContent(QByteArray& out, QString* error) override;
-    bool readContent(const QByteArray& in, QString* error) override;
+    Result<QByteArray> writeContent() override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
     void setPageInfo(const QString& info) override { m_pageInfo = info; }
 
     const QByteArray& bytes() const { return m_bytes; }

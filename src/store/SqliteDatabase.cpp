@@ -259,32 +259,33 @@ QString SqliteDatabase::lastError() const
     return m_db ? QString::fromUtf8(sqlite3_errmsg(m_db)) : QString();
 }
 
+QString SqliteDatabase::failureMessage(const QString& what) const
+{
+    const QString engineText = lastError();
+    const QString name = QFileInfo(m_path).fileName();
+    switch (m_db ? sqlite3_errcode(m_db) & 0xFF : SQLITE_OK) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return QStringLiteral("%1 \"%2\": the file is locked by another program (%3)")
+            .arg(what, m_path, engineText);
+    case SQLITE_NOTADB:
+        return QStringLiteral("\"%1\" is not a Kestrum project").arg(name);
+    case SQLITE_CORRUPT:
+        return QStringLiteral("%1 \"%2\": the file is damaged (%3)").arg(what, m_path, engineText);
+    case SQLITE_READONLY:
+        return QStringLiteral("\"%1\" cannot be saved: the file is read-only").arg(name);
+    case SQLITE_FULL:
+        return QStringLiteral("\"%1\" cannot be saved: the disk is full").arg(name);
+    case SQLITE_CANTOPEN:
+        return QStringLiteral("\"%1\" cannot be saved: its folder cannot be written").arg(name);
+    default:
+        return QStringLiteral("%1 \"%2\": %3").arg(what, m_path, engineText);
+    }
+}
+
 void SqliteDatabase::raise(const QString& what) const
 {
-    QString why = lastError();
-    if (m_db) {
-        switch (sqlite3_errcode(m_db) & 0xFF) {
-        case SQLITE_BUSY:
-        case SQLITE_LOCKED:
-            why = QStringLiteral("the file is locked by another program (%1)").arg(why);
-            break;
-        case SQLITE_NOTADB:
-            why = QStringLiteral("the file is not a Kestrum project");
-            break;
-        case SQLITE_CORRUPT:
-            why = QStringLiteral("the file is damaged (%1)").arg(why);
-            break;
-        case SQLITE_READONLY:
-            why = QStringLiteral("the file is read-only (%1)").arg(why);
-            break;
-        case SQLITE_FULL:
-            why = QStringLiteral("the disk is full");
-            break;
-        default:
-            break;
-        }
-    }
-    throw StoreError(QStringLiteral("%1 \"%2\": %3").arg(what, m_path, why));
+    throw StoreError(failureMessage(what));
 }
 
 void SqliteDatabase::beginTransaction()
@@ -312,9 +313,9 @@ void SqliteDatabase::commitTransaction()
         throw StoreError(QStringLiteral("A change to \"%1\" failed and was undone").arg(m_path));
     }
     if (sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK) {
-        const QString why = lastError();
+        const QString message = failureMessage(QStringLiteral("Cannot write"));
         sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
-        throw StoreError(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, why));
+        throw StoreError(message);
     }
 }
 

@@ -111,6 +111,9 @@ public:
     qint64 lastInsertRowId() const;
     int changes() const;
     QString lastError() const;
+    // The last failure in the user's words: its cause where the engine names one the user can
+    // act on (locked, read-only, disk full, not a project), else `what` and the engine's text.
+    QString failureMessage(const QString& what) const;
     [[noreturn]] void raise(const QString& what) const;
 
     // Transaction nesting: only the outermost level begins and commits.

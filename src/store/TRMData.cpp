@@ -3,9 +3,6 @@
 
 #include "common/DayCount.h"
 #include "common/IniFile.h"
-#include "common/TabFields.h"
-#include "store/HandOffFile.h"
-#include "store/KeptItemsFile.h"
 #include "store/OutlineStream.h"
 #include "store/PageDocument.h"
 #include "store/PageTable.h"
@@ -15,8 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
-#include <QSet>
 
 #include <algorithm>
 
@@ -27,17 +22,7 @@ namespace {
 const QString kOptions = QStringLiteral("OPTIONS");
 const QString kPublicFileName = QStringLiteral("Public File Name");
 const QString kSupModified = QStringLiteral("SUP Modified");
-const QString kNewItems = QStringLiteral("New items");
 const QString kDefaultRootCaption = QStringLiteral("Project name");
-
-OutlineNodeData folderNode(const QString& caption)
-{
-    OutlineNodeData d;
-    d.caption = caption;
-    d.imageIndex = PageType::Folder;
-    d.data = -1;
-    return d;
-}
 
 // Opens a project file and checks it without touching the open project, so that a file that
 // cannot be used leaves everything as it was.
@@ -49,12 +34,11 @@ std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& 
         return {};
     }
     *stored = table.readContent(*first).value_or(QByteArray());
-    QString why;
-    std::unique_ptr<OutlineNode> root = OutlineStream::read(*stored, &why);
-    if (!root && !why.isEmpty()) {
-        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, why));
+    Result<std::unique_ptr<OutlineNode>> root = OutlineStream::read(*stored);
+    if (!root) {
+        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, root.error()));
     }
-    return root;
+    return std::move(*root);
 }
 
 } // namespace
@@ -88,7 +72,7 @@ bool TRMData::isOpen() const
 void TRMData::requireWritable() const
 {
     if (m_readOnly && isOpen()) {
-        throw StoreError(QStringLiteral("\"%1\" is read-only: the change cannot be saved")
+        throw StoreError(QStringLiteral("\"%1\" cannot be saved: the file is read-only")
                              .arg(QFileInfo(m_fileName).fileName()));
     }
 }
@@ -287,174 +271,6 @@ void TRMData::closeConnections()
     m_currentNodeIndex = -1;
 }
 
-// ---- records -----------------------------------------------------------------------------------
-
-std::optional<qint32> TRMData::locate(qint32 pageId)
-{
-    if (pageId == -1) {
-        if (m_currentPageId != -1 && m_table->exists(m_currentPageId)) {
-            return m_currentPageId;
-        }
-        return std::nullopt;
-    }
-    if (!m_table->exists(pageId)) {
-        return std::nullopt;
-    }
-    m_currentPageId = pageId;
-    return pageId;
-}
-
-qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
-                             const QString& comment)
-{
-    requireWritable();
-    if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
-    }
-    const qint32 id = m_table->insert(now(), info, pageType, content, comment);
-    m_currentPageId = id;
-    return id;
-}
-
-std::vector<qint32> TRMData::appendRecords(const std::vector<NewPage>& pages)
-{
-    requireWritable();
-    if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
-    }
-    std::vector<qint32> ids = m_table->insertMany(pages);
-    if (!ids.empty()) {
-        m_currentPageId = ids.back();
-    }
-    return ids;
-}
-
-qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
-{
-    requireWritable();
-    if (!usable()) {
-        return -1;
-    }
-    common::ScopedFlag adding(m_adding);
-    m_unsavedImport.reset();
-    SqliteTransaction tx(*m_db);
-    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
-    m_currentPageId = id;
-
-    // Only the kinds a file can be added as take content here; the others start empty.
-    const EditorKind kind =
-        pageType <= PageType::TextVariant7 ? editorKindFor(pageType) : EditorKind::None;
-    std::unique_ptr<PageDocument> document =
-        kind == EditorKind::None ? nullptr : m_kinds.makeDocument(kind);
-    if (document) {
-        bool loaded = false;
-        if (!sourceFile.isEmpty()) {
-            QString why;
-            loaded = document->importFile(sourceFile, &why);
-            if (!loaded) {
-                emit warning(why.isEmpty() ? QStringLiteral("Cannot import \"%1\"").arg(sourceFile)
-                                           : why);
-                document->clear();
-            }
-        }
-        // An empty text page is stored as an empty document, and the kinds that say so store
-        // whatever they hold; other kinds store what they imported, unless the kind keeps
-        // that import unsaved for now.
-        const PageKind* entry = m_kinds.find(kind);
-        if (kind == EditorKind::Text || (entry && entry->storedWhenAdded) ||
-            (loaded && document->storesImportImmediately(sourceFile))) {
-            savePage(id, *document);
-        } else if (loaded) {
-            QByteArray bytes;
-            QString why;
-            if (!document->writeContent(bytes, &why)) {
-                throw StoreError(QStringLiteral("Cannot import \"%1\": %2").arg(sourceFile, why));
-            }
-            m_unsavedImport = bytes;
-        }
-    }
-    tx.commit();
-    return id;
-}
-
-qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
-{
-    requireWritable();
-    if (!usable()) {
-        return -1;
-    }
-    common::ScopedFlag adding(m_adding);
-    SqliteTransaction tx(*m_db);
-    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
-    m_currentPageId = id;
-    if (std::unique_ptr<PageDocument> text = m_kinds.makeDocument(EditorKind::Text)) {
-        savePage(id, *text);
-    }
-    tx.commit();
-    return id;
-}
-
-void TRMData::DeleteRecord(qint32 pageId)
-{
-    requireWritable();
-    if (!usable()) {
-        return;
-    }
-    if (const auto id = locate(pageId)) {
-        m_table->remove(*id);
-        if (m_currentPageId == *id) {
-            m_currentPageId = -1;
-        }
-    }
-}
-
-void TRMData::runInTransaction(const std::function<void()>& work)
-{
-    requireWritable();
-    if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
-    }
-    SqliteTransaction tx(*m_db);
-    work();
-    tx.commit();
-}
-
-qint32 TRMData::pageTypeForFile(const QString& fileName) const
-{
-    return m_kinds.pageTypeForFile(fileName);
-}
-
-OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
-{
-    requireWritable();
-    if (!usable() || !node) {
-        return nullptr;
-    }
-    OutlineNodeData data;
-    data.caption = QFileInfo(fileName).completeBaseName();
-    data.imageIndex = pageTypeForFile(fileName);
-    data.data = -1;
-    if (!asChild && !node->parent()) {
-        asChild = true; // nothing can stand beside the project node
-    }
-    OutlineNode* added = asChild ? m_outline.addChild(node, data) : m_outline.addAfter(node, data);
-    m_outline.setExpanded(node, true);
-    m_outline.setSelected(added);
-    m_currentNodeIndex = m_outline.indexOf(added);
-    try {
-        SqliteTransaction tx(*m_db);
-        m_outline.setData(added, AddRecord(data.imageIndex, data.caption, fileName));
-        SaveTree();
-        tx.commit();
-    } catch (...) {
-        m_outline.removeNode(added);
-        m_currentNodeIndex = -1;
-        throw;
-    }
-    markModified();
-    return added;
-}
-
 // ---- outline -----------------------------------------------------------------------------------
 
 void TRMData::SaveTree()
@@ -481,115 +297,6 @@ void TRMData::SaveTree()
     }
     m_storedOutline = stream;
     emit outlineSaved();
-}
-
-// ---- page content ------------------------------------------------------------------------------
-
-std::optional<qint32> TRMData::find(qint32 pageId) const
-{
-    const qint32 id = pageId == -1 ? m_currentPageId : pageId;
-    if (id == -1 || !m_table->exists(id)) {
-        return std::nullopt;
-    }
-    return id;
-}
-
-std::optional<StoredPage> TRMData::readPage(qint32 pageId) const
-{
-    if (!usable()) {
-        return std::nullopt;
-    }
-    const std::optional<qint32> id = find(pageId);
-    if (!id) {
-        return std::nullopt;
-    }
-    StoredPage page;
-    page.pageId = *id;
-    page.type = m_table->readType(*id).value_or(-1);
-    page.info = m_table->readInfo(*id).value_or(QString());
-    page.content = m_table->readContent(*id).value_or(QByteArray());
-    return page;
-}
-
-bool TRMData::writePageContent(qint32 pageId, const QByteArray& content)
-{
-    requireWritable();
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
-    return id && m_table->writeContent(*id, content);
-}
-
-bool TRMData::savePage(qint32 pageId, PageDocument& document)
-{
-    requireWritable();
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
-    if (!id) {
-        return false;
-    }
-    QByteArray bytes;
-    QString why;
-    if (!document.writeContent(bytes, &why)) {
-        throw StoreError(
-            QStringLiteral("Cannot save page %1 of \"%2\": %3").arg(*id).arg(m_fileName, why));
-    }
-    return m_table->writeContent(*id, bytes);
-}
-
-bool TRMData::loadPage(qint32 pageId, PageDocument& document)
-{
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
-    if (!id) {
-        const PageKind* kind = m_kinds.find(document.kind());
-        if (kind && kind->clearedWhenMissing) {
-            document.clear();
-        }
-        return false;
-    }
-    document.clear(); // a page that cannot be read leaves the editor empty
-    const std::optional<StoredPage> page = readPage(*id);
-    if (!page) {
-        return false;
-    }
-    document.setPageInfo(page->info);
-    QString why;
-    if (!document.readContent(page->content, &why)) {
-        document.clear();
-        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3")
-                             .arg(page->pageId)
-                             .arg(m_fileName, why));
-    }
-    return true;
-}
-
-bool TRMData::SaveComment(qint32 pageId, const QString& text)
-{
-    requireWritable();
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
-    return id && m_table->writeComment(*id, text);
-}
-
-bool TRMData::GetComment(qint32 pageId, QString* text)
-{
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
-    if (!id) {
-        return false;
-    }
-    *text = m_table->readComment(*id).value_or(QString());
-    return true;
 }
 
 // ---- settings beside the project -----------------------------------------------------------
@@ -628,17 +335,16 @@ void TRMData::writeCompanionSetting(const QString& section, const QString& key,
         return; // never created here: the file belongs to the host
     }
     common::IniFile settings(path);
-    QString why;
-    if (!settings.load(&why) && !why.isEmpty()) {
-        emit warning(why);
+    if (const Status loaded = settings.load(); !loaded) {
+        emit warning(loaded.error());
         return;
     }
     if (settings.readString(section, key) == value && settings.hasKey(section, key)) {
         return;
     }
     settings.writeString(section, key, value);
-    if (!settings.save(&why)) {
-        emit warning(why);
+    if (const Status saved = settings.save(); !saved) {
+        emit warning(saved.error());
     }
 }
 
@@ -649,213 +355,6 @@ void TRMData::markModified()
     }
     m_modified = true;
     writeCompanionSetting(kOptions, kSupModified, QStringLiteral("T"));
-}
-
-// ---- hand-off intake ---------------------------------------------------------------------------
-
-QString TRMData::handOffFileName(bool lowerCaseSupTest) const
-{
-    if (!isOpen()) {
-        return {};
-    }
-    return HandOffFile::nameFor(m_fileName, lowerCaseSupTest);
-}
-
-bool TRMData::pollHandOff()
-{
-    if (m_readOnly) {
-        return false; // pages cannot be taken into a file that cannot be written
-    }
-    if (!usable()) {
-        return false;
-    }
-    const QString handOff = handOffFileName(true);
-    if (handOff.isEmpty() || !QFile::exists(handOff)) {
-        return false;
-    }
-    GetNewPages();
-    return true;
-}
-
-void TRMData::GetNewPages()
-{
-    requireWritable();
-    if (!usable()) {
-        return;
-    }
-    // The file the poll or the opening found; the two tests differ only in letter case.
-    QString handOff = handOffFileName(true);
-    if (handOff.isEmpty() || !QFile::exists(handOff)) {
-        handOff = handOffFileName(false);
-    }
-    if (handOff.isEmpty() || !QFile::exists(handOff)) {
-        return;
-    }
-    m_restoredSelection = -1;
-    const HandOffFile::Stamp readStamp = HandOffFile::stamp(handOff);
-    const QString firstLine = handOff.contains(QLatin1String("session.new"))
-                                  ? HandOffFile::readFirstLine(handOff)
-                                  : QString();
-
-    // Page ids carried by the outline. The root's data is the last selected index, not a page.
-    QSet<qint32> referenced;
-    referenced.reserve(m_outline.count() + 1);
-    referenced.insert(0);
-    OutlineNode* newItems = nullptr;
-    OutlineNode* namedParent = nullptr;
-    for (OutlineNode* node : m_outline.nodesInOrder()) {
-        if (node != m_outline.root()) {
-            referenced.insert(node->data());
-        }
-        if (node->caption() == kNewItems) {
-            newItems = node;
-        }
-        if (!firstLine.isEmpty() && node->caption() == firstLine) {
-            namedParent = node;
-        }
-    }
-
-    std::vector<OutlineNodeData> adopted;
-    for (const PageSummary& record : m_table->summaries()) {
-        if (record.idOutOfRange) {
-            emit warning(QStringLiteral("The page with id %1 cannot be taken in: page ids above "
-                                        "2147483647 are not supported")
-                             .arg(record.storedId));
-            continue;
-        }
-        if (referenced.contains(record.pageId)) {
-            continue;
-        }
-        OutlineNodeData d;
-        d.caption = record.infoDamaged
-                        ? QStringLiteral("Page %1 (damaged title)").arg(record.pageId)
-                        : common::tabField(record.info, 3);
-        d.imageIndex = record.type;
-        d.data = record.pageId;
-        adopted.push_back(std::move(d));
-        referenced.insert(record.pageId);
-    }
-
-    if (!adopted.empty()) {
-        std::vector<OutlineNode*> created;
-        try {
-            if (!newItems) {
-                newItems = m_outline.addChild(m_outline.root(), folderNode(kNewItems));
-                created.push_back(newItems);
-            }
-            OutlineNode* parent = newItems;
-            if (!firstLine.isEmpty()) {
-                parent = namedParent;
-                if (!parent) {
-                    parent = m_outline.addChild(newItems, folderNode(firstLine));
-                    created.push_back(parent);
-                }
-            }
-            const int firstRow = parent->childCount();
-            OutlineNode* first = m_outline.appendChildren(parent, adopted);
-            m_restoredSelection = m_outline.indexOf(first);
-            m_outline.setExpanded(parent, true);
-            try {
-                SaveTree();
-            } catch (...) {
-                // Undo the adoption so that the next tick tries again with the file intact.
-                while (parent->childCount() > firstRow) {
-                    m_outline.removeNode(parent->childAt(parent->childCount() - 1));
-                }
-                throw;
-            }
-        } catch (...) {
-            for (auto it = created.rbegin(); it != created.rend(); ++it) {
-                m_outline.removeNode(*it);
-            }
-            m_restoredSelection = -1;
-            throw;
-        }
-    }
-    // A hand-off written again while this one was taken in stays for the next tick. The file
-    // is first moved aside (one atomic step), so that a host renaming a new one into place
-    // between the test and the deletion is not lost: what was moved is tested, and put back
-    // when it is not the one that was read.
-    if (HandOffFile::stamp(handOff) != readStamp) {
-        return;
-    }
-    const QString taken = handOff + QStringLiteral(".taken");
-    QFile::remove(taken); // left over from an interrupted intake
-    if (!QFile::rename(handOff, taken)) {
-        if (QFile::exists(handOff)) {
-            emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
-        }
-        return;
-    }
-    // Moving the file changed its status time only: the same inode, size and modification
-    // time say it is still the writing that was read.
-    const HandOffFile::Stamp moved = HandOffFile::stamp(taken);
-    const bool same = moved.inode == readStamp.inode && moved.size == readStamp.size &&
-                      moved.modifiedNs == readStamp.modifiedNs;
-    if (!same && !QFile::exists(handOff)) {
-        QFile::rename(taken, handOff);
-    } else if (!QFile::remove(taken)) {
-        QFile::rename(taken, handOff);
-        emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
-    }
-}
-
-// ---- kept items --------------------------------------------------------------------------------
-
-QString TRMData::keptItemsFileName() const
-{
-    if (m_fileName.isEmpty()) {
-        return {};
-    }
-    const QFileInfo info(m_fileName);
-    return info.absoluteDir().filePath(info.completeBaseName() + QStringLiteral(".sup"));
-}
-
-int TRMData::MoveToSup()
-{
-    requireWritable();
-    if (!usable()) {
-        return 0;
-    }
-    OutlineNode* selected = m_outline.selected();
-    if (!selected) {
-        return 0;
-    }
-    const QString supPath = keptItemsFileName();
-    if (QFileInfo(supPath).absoluteFilePath() == QFileInfo(m_fileName).absoluteFilePath()) {
-        throw StoreError(QStringLiteral("\"%1\" is itself a kept-items file: its pages cannot be "
-                                        "kept in it")
-                             .arg(m_fileName));
-    }
-    KeptItemsFile kept(supPath, now());
-    int copied = 0;
-    auto copyPage = [&](const OutlineNode* node) {
-        // Folders and the project node have no record to keep.
-        if (node == m_outline.root() || node->data() <= 0) {
-            return;
-        }
-        if (const std::optional<RawPageRow> row = m_table->readRaw(node->data())) {
-            kept.add(*row);
-            m_currentPageId = node->data();
-            ++copied;
-        }
-    };
-    if (selected->hasChildren()) {
-        const int start = m_outline.indexOf(selected);
-        for (int i = start + 1; i < m_outline.count(); ++i) {
-            OutlineNode* node = m_outline.nodeAt(i);
-            if (!node->isUnder(selected) || node->hasChildren()) {
-                break;
-            }
-            m_outline.setSelected(node);
-            emit selectionRestored();
-            copyPage(node);
-        }
-    } else {
-        copyPage(selected);
-    }
-    kept.commit();
-    return copied;
 }
 
 } // namespace kestrum::store

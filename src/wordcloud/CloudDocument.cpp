@@ -338,15 +338,8 @@ QByteArray CloudDocument::write(const CloudDocumentData& data)
     return out;
 }
 
-std::optional<CloudDocumentData> CloudDocument::read(QIODevice& device, QString* error,
-                                                     QStringList* warnings)
+Result<CloudDocumentData> CloudDocument::read(QIODevice& device, QStringList* warnings)
 {
-    auto fail = [error](const QString& text) {
-        if (error) {
-            *error = text;
-        }
-        return std::nullopt;
-    };
     const QByteArray bytes = device.read(kMaxBytes + 1);
     if (bytes.size() > kMaxBytes) {
         return fail(

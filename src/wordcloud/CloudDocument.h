@@ -2,6 +2,7 @@
 
 #include "CloudRect.h"
 #include "common/Colour.h"
+#include "common/Result.h"
 
 #include <QByteArray>
 #include <QList>
@@ -57,13 +58,12 @@ public:
 
     static QByteArray write(const CloudDocumentData& data);
 
-    // Reads at most kMaxBytes from `device`. Refuses (nullopt, *error set) bytes that are not a
-    // well-formed document whose root (of any name) has version "1.0"; out-of-range values are
-    // clamped or left out, each with a line in *warnings. "Coverage" is kept as read within
-    // kMaxCoverage either side of 0; a "Gradient" is read whether or not a "Palette" is there
-    // (the cloud uses it only without one).
-    static std::optional<CloudDocumentData> read(QIODevice& device, QString* error,
-                                                 QStringList* warnings);
+    // Reads at most kMaxBytes from `device`. Refuses bytes that are not a well-formed document
+    // whose root (of any name) has version "1.0"; out-of-range values are clamped or left out,
+    // each with a line in *warnings. "Coverage" is kept as read within kMaxCoverage either side
+    // of 0; a "Gradient" is read whether or not a "Palette" is there (the cloud uses it only
+    // without one).
+    static Result<CloudDocumentData> read(QIODevice& device, QStringList* warnings);
 };
 
 } // namespace kestrum::wordcloud

@@ -105,20 +105,17 @@ bool CloudRenderer::writeSvg(const QString& fileName)
     return writeSvg(file) && file.commit();
 }
 
-bool CloudRenderer::writePictureFile(const QString& fileName, const QString& format, QString* error)
+Status CloudRenderer::writePictureFile(const QString& fileName, const QString& format)
 {
-    auto fail = [&](const QString& text) {
-        if (error) {
-            *error = text;
-        }
-        return false;
-    };
     const QString f = format.toLower();
     if (m_cloud.m_clientSize.isEmpty()) {
         return fail(QStringLiteral("the cloud has no size"));
     }
     if (f == QLatin1String("svg")) {
-        return writeSvg(fileName) ? true : fail(QStringLiteral("cannot write %1").arg(fileName));
+        if (!writeSvg(fileName)) {
+            return fail(QStringLiteral("cannot write %1").arg(fileName));
+        }
+        return {};
     }
     QByteArray writerFormat;
     int quality = -1;
@@ -146,7 +143,7 @@ bool CloudRenderer::writePictureFile(const QString& fileName, const QString& for
     if (!file.commit()) {
         return fail(QStringLiteral("cannot write %1: %2").arg(fileName, file.errorString()));
     }
-    return true;
+    return {};
 }
 
 void CloudRenderer::copyBitmap()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QImage>
 #include <QString>
 
@@ -28,7 +30,7 @@ public:
     bool writeSvg(QIODevice& device);
     bool writeSvg(const QString& fileName);
     // PNG, BMP or JPEG (quality 90) by `format` ("png", "bmp", "jpg"), or SVG ("svg").
-    bool writePictureFile(const QString& fileName, const QString& format, QString* error);
+    Status writePictureFile(const QString& fileName, const QString& format);
     void copyBitmap();
     void copySvg();
 

@@ -177,9 +177,9 @@ bool TprWordCloud::SaveToMetafile(const QString& fileName)
     return CloudRenderer(*this).writeSvg(fileName);
 }
 
-bool TprWordCloud::SaveToPictureFile(const QString& fileName, const QString& format, QString* error)
+Status TprWordCloud::SaveToPictureFile(const QString& fileName, const QString& format)
 {
-    return CloudRenderer(*this).writePictureFile(fileName, format, error);
+    return CloudRenderer(*this).writePictureFile(fileName, format);
 }
 
 void TprWordCloud::CopyToClipboardAsBitmap()
@@ -209,34 +209,30 @@ bool TprWordCloud::SaveToFile(const QString& fileName) const
     return SaveToStream(file) && file.commit();
 }
 
-bool TprWordCloud::LoadFromStream(QIODevice& device)
+Status TprWordCloud::LoadFromStream(QIODevice& device)
 {
-    m_lastError.clear();
     m_loadWarnings.clear();
     if (m_generating) {
-        m_lastError = QStringLiteral("a layout is running");
-        return false;
+        return fail(QStringLiteral("a layout is running"));
     }
     ClearWords();
-    const std::optional<CloudDocumentData> doc =
-        CloudDocument::read(device, &m_lastError, &m_loadWarnings);
+    const Result<CloudDocumentData> doc = CloudDocument::read(device, &m_loadWarnings);
     if (!doc) {
         emit Changed();
-        return false;
+        return fail(doc.error());
     }
     CloudDocumentMapping::apply(*this, *doc);
     emit Changed();
-    return true;
+    return {};
 }
 
-bool TprWordCloud::LoadFromFile(const QString& fileName)
+Status TprWordCloud::LoadFromFile(const QString& fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_lastError = QStringLiteral("cannot open %1: %2").arg(fileName, file.errorString());
         ClearWords();
         emit Changed();
-        return false;
+        return fail(QStringLiteral("cannot open %1: %2").arg(fileName, file.errorString()));
     }
     return LoadFromStream(file);
 }

@@ -8,6 +8,7 @@
 #include "TprGradient.h"
 #include "TprMargins.h"
 #include "TprWord.h"
+#include "common/Result.h"
 
 #include <QImage>
 #include <QList>
@@ -142,18 +143,16 @@ public:
     bool SaveToMetafile(QIODevice& device);
     bool SaveToMetafile(const QString& fileName);
     // PNG, BMP or JPEG (quality 90) by `format` ("png", "bmp", "jpg"), or SVG ("svg").
-    bool SaveToPictureFile(const QString& fileName, const QString& format,
-                           QString* error = nullptr);
+    Status SaveToPictureFile(const QString& fileName, const QString& format);
     void CopyToClipboardAsBitmap();
     void CopyToClipboardAsMetafile();
 
     // --- the cloud document
     bool SaveToStream(QIODevice& device) const;
     bool SaveToFile(const QString& fileName) const;
-    // Clears the words, then reads a document; false (with LastError) when it is refused.
-    bool LoadFromStream(QIODevice& device);
-    bool LoadFromFile(const QString& fileName);
-    QString LastError() const { return m_lastError; }
+    // Clears the words, then reads a document; fails when it is refused.
+    Status LoadFromStream(QIODevice& device);
+    Status LoadFromFile(const QString& fileName);
     // Values a loaded document had out of range, and what was done with them.
     QStringList LoadWarnings() const { return m_loadWarnings; }
     // Moves and scales the words laid out on `from` into the current drawing area, centred.
@@ -222,7 +221,6 @@ private:
     bool m_referenceLayout = false;
     TextShaper m_shaper;
     TprWord* m_selectedWord = nullptr;
-    QString m_lastError;
     QStringList m_loadWarnings;
 };
 

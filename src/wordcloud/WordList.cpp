@@ -6,14 +6,11 @@
 
 namespace kestrum::wordcloud {
 
-std::optional<WordList::Result> WordList::read(QIODevice& device, QString* error)
+kestrum::Result<WordList::Result> WordList::read(QIODevice& device)
 {
     QByteArray bytes = device.read(kMaxBytes + 1);
     if (bytes.size() > kMaxBytes) {
-        if (error) {
-            *error = QStringLiteral("the word list is larger than %1 MiB").arg(kMaxBytes >> 20);
-        }
-        return std::nullopt;
+        return fail(QStringLiteral("the word list is larger than %1 MiB").arg(kMaxBytes >> 20));
     }
     if (bytes.startsWith("\xEF\xBB\xBF")) {
         bytes.remove(0, 3);

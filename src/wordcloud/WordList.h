@@ -1,10 +1,10 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
-
-#include <optional>
 
 class QIODevice;
 
@@ -31,8 +31,8 @@ public:
         QStringList warnings; // lines left out, and why
     };
 
-    // nullopt (and *error) only when the bytes cannot be read at all (too large).
-    static std::optional<Result> read(QIODevice& device, QString* error);
+    // Fails only when the bytes cannot be read at all (too large).
+    static kestrum::Result<Result> read(QIODevice& device);
 };
 
 } // namespace kestrum::wordcloud

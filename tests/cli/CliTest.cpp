@@ -165,17 +165,23 @@ void CliTest::badInputExitsWithOneAndNamesTheFile_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("file");
-    QTest::newRow("missing project") << QStringList({"tree", "absent.kst"}) << "absent.kst";
-    QTest::newRow("text file as project") << QStringList({"pages", "text.kst"}) << "text.kst";
-    QTest::newRow("keep on a text file") << QStringList({"keep", "text.kst", "1"}) << "text.kst";
+    QTest::addColumn<QString>("said");
+    const QString notAProject = QStringLiteral("\"text.kst\" is not a Kestrum project");
+    QTest::newRow("missing project") << QStringList({"tree", "absent.kst"}) << "absent.kst"
+                                     << "the file does not exist";
+    QTest::newRow("text file as project")
+        << QStringList({"pages", "text.kst"}) << "text.kst" << notAProject;
+    QTest::newRow("keep on a text file")
+        << QStringList({"keep", "text.kst", "1"}) << "text.kst" << notAProject;
     QTest::newRow("export a page of a text file")
-        << QStringList({"export-page", "text.kst", "1", "o.rtf"}) << "text.kst";
+        << QStringList({"export-page", "text.kst", "1", "o.rtf"}) << "text.kst" << notAProject;
 }
 
 void CliTest::badInputExitsWithOneAndNamesTheFile()
 {
     QFETCH(QStringList, args);
     QFETCH(QString, file);
+    QFETCH(QString, said);
     QFile text(path(QStringLiteral("text.kst")));
     QVERIFY(text.open(QIODevice::WriteOnly));
     text.write(QByteArray(5000, 't'));
@@ -183,6 +189,9 @@ void CliTest::badInputExitsWithOneAndNamesTheFile()
     const Result r = run(args);
     QCOMPARE(r.code, 1);
     QVERIFY2(r.err.contains(file), qPrintable(r.err));
+    QVERIFY2(r.err.contains(said), qPrintable(r.err));
+    QVERIFY2(!r.err.contains(QLatin1String("database")) && !r.err.contains(QLatin1String("SQL")),
+             qPrintable(r.err));
     QCOMPARE(text.size(), 5000);
 }
 

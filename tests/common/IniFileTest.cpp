@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using kestrum::Status;
 using kestrum::common::IniFile;
 
 class IniFileTest : public QObject
@@ -87,9 +88,8 @@ void IniFileTest::missingFileIsEmpty()
 {
     QTemporaryDir dir;
     IniFile ini(dir.filePath(QStringLiteral("none.ini")));
-    QString error;
-    QVERIFY(!ini.load(&error));
-    QVERIFY(error.isEmpty());
+    const Status loaded = ini.load();
+    QVERIFY2(loaded, qPrintable(loaded.error()));
     QVERIFY(ini.sections().isEmpty());
 }
 

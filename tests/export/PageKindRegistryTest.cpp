@@ -20,17 +20,23 @@ namespace {
 // document may write its empty content in a shorter form).
 QByteArray canonicalContent(const store::PageKind& kind)
 {
-    QByteArray bytes;
-    QString error;
     std::unique_ptr<store::PageDocument> fresh = kind.makeDocument();
-    if (!fresh->writeContent(bytes, &error)) {
-        qWarning("%s: %s", qPrintable(kind.name), qPrintable(error));
+    const Result<QByteArray> bytes = fresh->writeContent();
+    if (!bytes) {
+        qWarning("%s: %s", qPrintable(kind.name), qPrintable(bytes.error()));
+        return {};
     }
     std::unique_ptr<store::PageDocument> reread = kind.makeDocument();
-    if (!reread->readContent(bytes, &error) || !reread->writeContent(bytes, &error)) {
-        qWarning("%s: %s", qPrintable(kind.name), qPrintable(error));
+    if (const Status read = reread->readContent(*bytes); !read) {
+        qWarning("%s: %s", qPrintable(kind.name), qPrintable(read.error()));
+        return {};
     }
-    return bytes;
+    const Result<QByteArray> again = reread->writeContent();
+    if (!again) {
+        qWarning("%s: %s", qPrintable(kind.name), qPrintable(again.error()));
+        return {};
+    }
+    return *again;
 }
 
 } // namespace
@@ -104,20 +110,20 @@ private slots:
             const QByteArray content = canonicalContent(kind);
             // The document reads what it wrote and writes it again byte for byte.
             std::unique_ptr<store::PageDocument> first = kind.makeDocument();
-            QString error;
-            QVERIFY2(first->readContent(content, &error), qPrintable(kind.name + ": " + error));
-            QByteArray again;
-            QVERIFY(first->writeContent(again, &error));
-            QCOMPARE(again, content);
+            const Status read = first->readContent(content);
+            QVERIFY2(read, qPrintable(kind.name + ": " + read.error()));
+            const Result<QByteArray> again = first->writeContent();
+            QVERIFY2(again, qPrintable(again.error()));
+            QCOMPARE(*again, content);
 
             // Through a project file: saved from one document, loaded into another.
             const qint32 id = data.AddRecord(kind.pageTypes.front(), kind.name, {});
             QVERIFY(data.savePage(id, *first));
             std::unique_ptr<store::PageDocument> second = kind.makeDocument();
             QVERIFY(data.loadPage(id, *second));
-            QByteArray loaded;
-            QVERIFY(second->writeContent(loaded, &error));
-            QCOMPARE(loaded, content);
+            const Result<QByteArray> loaded = second->writeContent();
+            QVERIFY2(loaded, qPrintable(loaded.error()));
+            QCOMPARE(*loaded, content);
             // Reading a page hands out its record and leaves the current record alone.
             const qint32 current = data.currentPageId();
             const std::optional<store::StoredPage> page = data.readPage(1);
@@ -186,10 +192,14 @@ private slots:
             f.write("Code,Count\nTrust,12\n");
         }
         QString error;
-        QVERIFY2(grid->importFile(csv, &error), qPrintable(error));
+        const Status imported = grid->importFile(csv);
+        error = imported.error();
+        QVERIFY2(imported, qPrintable(imported.error()));
         exports::PageSource page;
         page.pageType = store::PageType::Grid;
-        QVERIFY(grid->writeContent(page.content, &error));
+        const Result<QByteArray> content = grid->writeContent();
+        QVERIFY2(content, qPrintable(content.error()));
+        page.content = *content;
         const exports::PageExports& pieces = exports::coreKind(store::EditorKind::Grid)->exports;
         const Result<QString> text = pieces.text(page);
         QVERIFY(text);

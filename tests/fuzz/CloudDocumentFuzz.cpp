@@ -22,21 +22,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using kestrum::wordcloud_page::CloudPageDocument;
     const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
     CloudPageDocument doc;
-    QString error;
-    if (!doc.readContent(bytes, &error)) {
-        if (error.isEmpty() || doc.cloud().WordCount() != 0) {
+    if (const kestrum::Status read = doc.readContent(bytes); !read) {
+        if (read.error().isEmpty() || doc.cloud().WordCount() != 0) {
             __builtin_trap(); // a refusal says why and leaves the page empty
         }
         return 0;
     }
     // What was read writes back and reads again to the same words.
-    QByteArray written;
-    if (!doc.writeContent(written, &error)) {
+    const kestrum::Result<QByteArray> written = doc.writeContent();
+    if (!written) {
         __builtin_trap();
     }
     CloudPageDocument again;
-    if (!again.readContent(written, &error) ||
-        again.cloud().WordCount() != doc.cloud().WordCount()) {
+    if (!again.readContent(*written) || again.cloud().WordCount() != doc.cloud().WordCount()) {
         __builtin_trap();
     }
     // Fitting into a drawing area of another size never fails.

@@ -25,25 +25,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     }
     const QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char*>(data) + 1, qsizetype(size - 1));
-    QString error;
     switch (data[0] % 3) {
     case 0: {
-        const auto tree = OutlineStream::read(bytes, &error);
-        if (tree) {
+        const auto tree = OutlineStream::read(bytes);
+        if (tree && *tree) {
             // What was read writes out and reads back to the same tree (reserved bits aside).
-            const QByteArray written = OutlineStream::write(tree.get());
-            const auto again = OutlineStream::read(written, &error);
-            if (!again || OutlineStream::write(again.get()) != written) {
+            const QByteArray written = OutlineStream::write(tree->get());
+            const auto again = OutlineStream::read(written);
+            if (!again || !*again || OutlineStream::write(again->get()) != written) {
                 __builtin_trap();
             }
-        } else if (!bytes.isEmpty() && error.isEmpty()) {
+        } else if (tree ? !bytes.isEmpty() : tree.error().isEmpty()) {
             __builtin_trap(); // a refusal always says why
         }
         break;
     }
     case 1: {
-        const auto plain = ColumnCodec::decompress(bytes, &error);
-        if (!plain && error.isEmpty()) {
+        const auto plain = ColumnCodec::decompress(bytes);
+        if (!plain && plain.error().isEmpty()) {
             __builtin_trap();
         }
         break;

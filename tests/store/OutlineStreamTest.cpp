@@ -65,32 +65,33 @@ void OutlineStreamTest::roundTripKeepsEveryAttributeAndShape()
     const auto tree = sampleTree();
     const QByteArray bytes = OutlineStream::write(tree.get());
     QVERIFY(bytes.startsWith("KSTO"));
-    QString error;
-    const auto back = OutlineStream::read(bytes, &error);
-    QVERIFY2(back, qPrintable(error));
+    const auto read = OutlineStream::read(bytes);
+    QVERIFY2(read, qPrintable(read.error()));
+    const OutlineNode* back = read->get();
+    QVERIFY(back);
     QList<QPair<int, OutlineNodeData>> a;
     QList<QPair<int, OutlineNodeData>> b;
     collect(tree.get(), a);
-    collect(back.get(), b);
+    collect(back, b);
     QCOMPARE(b.size(), 5);
     QVERIFY(a == b);
-    QCOMPARE(OutlineStream::write(back.get()), bytes);
+    QCOMPARE(OutlineStream::write(back), bytes);
 }
 
 void OutlineStreamTest::emptyInputIsNoTreeWithoutError()
 {
-    QString error;
-    QVERIFY(!OutlineStream::read({}, &error));
-    QVERIFY(error.isEmpty());
+    const auto read = OutlineStream::read({});
+    QVERIFY2(read, qPrintable(read.error()));
+    QVERIFY(!*read);
 }
 
 void OutlineStreamTest::everyTruncationIsRefused()
 {
     const QByteArray bytes = OutlineStream::write(sampleTree().get());
     for (qsizetype n = 1; n < bytes.size(); ++n) {
-        QString error;
-        QVERIFY2(!OutlineStream::read(bytes.left(n), &error), qPrintable(QString::number(n)));
-        QVERIFY(!error.isEmpty());
+        const auto read = OutlineStream::read(bytes.left(n));
+        QVERIFY2(!read, qPrintable(QString::number(n)));
+        QVERIFY(!read.error().isEmpty());
     }
 }
 
@@ -141,9 +142,9 @@ void OutlineStreamTest::structuralDamageIsRefused()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, why);
-    QString error;
-    QVERIFY(!OutlineStream::read(bytes, &error));
-    QVERIFY2(error.contains(why), qPrintable(error));
+    const auto read = OutlineStream::read(bytes);
+    QVERIFY(!read);
+    QVERIFY2(read.error().contains(why), qPrintable(read.error()));
 }
 
 void OutlineStreamTest::randomBytesNeverCrash()
@@ -156,9 +157,8 @@ void OutlineStreamTest::randomBytesNeverCrash()
         for (int i = 0; i < flips; ++i) {
             bytes[int(rng.bounded(quint32(bytes.size())))] = char(rng.bounded(256));
         }
-        QString error;
-        const auto tree = OutlineStream::read(bytes, &error);
-        QVERIFY(tree || !error.isEmpty());
+        const auto tree = OutlineStream::read(bytes);
+        QVERIFY(tree ? *tree != nullptr : !tree.error().isEmpty());
     }
 }
 
@@ -171,12 +171,13 @@ void OutlineStreamTest::deepOutlineWithinTheLimit()
             std::make_unique<OutlineNode>(nodeData(QStringLiteral("d"), 0, i + 1)));
     }
     const QByteArray bytes = OutlineStream::write(root.get());
-    QVERIFY(OutlineStream::read(bytes, nullptr));
+    const auto deepest = OutlineStream::read(bytes);
+    QVERIFY2(deepest && *deepest, qPrintable(deepest.error()));
     // One level deeper than readers accept.
     at->appendChildUnchecked(std::make_unique<OutlineNode>(nodeData(QStringLiteral("d"), 0, 9999)));
-    QString error;
-    QVERIFY(!OutlineStream::read(OutlineStream::write(root.get()), &error));
-    QVERIFY(error.contains(QLatin1String("level")));
+    const auto tooDeep = OutlineStream::read(OutlineStream::write(root.get()));
+    QVERIFY(!tooDeep);
+    QVERIFY(tooDeep.error().contains(QLatin1String("level")));
 }
 
 QTEST_GUILESS_MAIN(OutlineStreamTest)

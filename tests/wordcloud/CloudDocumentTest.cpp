@@ -9,6 +9,7 @@
 #include <QXmlStreamReader>
 #include <QtTest>
 
+using kestrum::Status;
 using namespace kestrum::wordcloud;
 
 namespace {
@@ -35,7 +36,7 @@ QByteArray save(const TprWordCloud& cloud)
     return buffer.data();
 }
 
-bool load(TprWordCloud& cloud, const QByteArray& bytes)
+Status load(TprWordCloud& cloud, const QByteArray& bytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -106,7 +107,8 @@ void CloudDocumentTest::roundTripKeepsEverything()
 
     TprWordCloud loaded;
     loaded.SetClientSize(QSize(620, 420));
-    QVERIFY2(loaded.LoadFromFile(file), qPrintable(loaded.LastError()));
+    const Status read = loaded.LoadFromFile(file);
+    QVERIFY2(read, qPrintable(read.error()));
     QVERIFY(loaded.LoadWarnings().isEmpty());
     QCOMPARE(loaded.BackgroundColor(), 0x00F0E0D0);
     QCOMPARE(loaded.Shadow(), false);
@@ -364,8 +366,9 @@ void CloudDocumentTest::refusedDocuments()
     cloud.SetClientSize(QSize(400, 300));
     cloud.SetCoverage(0.35f);
     cloud.AddWord(QStringLiteral("before"), 3);
-    QVERIFY(!load(cloud, bytes));
-    QVERIFY2(cloud.LastError().contains(message), qPrintable(cloud.LastError()));
+    const Status read = load(cloud, bytes);
+    QVERIFY(!read);
+    QVERIFY2(read.error().contains(message), qPrintable(read.error()));
     // Refused: the words were cleared before reading, the options are untouched.
     QCOMPARE(cloud.WordCount(), 0);
     QCOMPARE(cloud.Coverage(), 0.35f);
@@ -412,7 +415,8 @@ void CloudDocumentTest::clampedValues()
     QFETCH(int, words);
     TprWordCloud cloud;
     cloud.SetClientSize(QSize(400, 300));
-    QVERIFY2(load(cloud, document(body)), qPrintable(cloud.LastError()));
+    const Status read = load(cloud, document(body));
+    QVERIFY2(read, qPrintable(read.error()));
     QVERIFY2(cloud.LoadWarnings().join(QLatin1Char('\n')).contains(warning),
              qPrintable(cloud.LoadWarnings().join(QLatin1Char('\n'))));
     QCOMPARE(cloud.WordCount(), words);
@@ -473,12 +477,12 @@ void CloudDocumentTest::damagedDocumentsNeverCrash()
         }
         TprWordCloud cloud;
         cloud.SetClientSize(QSize(300, 200));
-        if (load(cloud, bytes)) {
+        if (const Status read = load(cloud, bytes)) {
             ++accepted;
             cloud.SaveToBitmap();
             cloud.GenerateCloud(true);
         } else {
-            QVERIFY(!cloud.LastError().isEmpty());
+            QVERIFY(!read.error().isEmpty());
             QCOMPARE(cloud.WordCount(), 0);
         }
     }

@@ -349,19 +349,20 @@ void CloudRenderingTest::pictureFiles()
     layOutWords(cloud, kWords);
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("cloud.") + format);
-    QString error;
-    QVERIFY2(cloud.SaveToPictureFile(file, format, &error), qPrintable(error));
+    const kestrum::Status saved = cloud.SaveToPictureFile(file, format);
+    QVERIFY2(saved, qPrintable(saved.error()));
     QImageReader reader(file);
     QCOMPARE(reader.format(), readAs);
     const QImage image = reader.read();
     QCOMPARE(image.size(), QSize(620, 420));
     QVERIFY(!image.hasAlphaChannel() || format == QLatin1String("svg"));
 
-    QVERIFY(!cloud.SaveToPictureFile(dir.filePath(QStringLiteral("x.gif")), QStringLiteral("gif"),
-                                     &error));
-    QVERIFY(error.contains(QStringLiteral("unknown picture format")));
+    const kestrum::Status gif =
+        cloud.SaveToPictureFile(dir.filePath(QStringLiteral("x.gif")), QStringLiteral("gif"));
+    QVERIFY(!gif);
+    QVERIFY(gif.error().contains(QStringLiteral("unknown picture format")));
     QVERIFY(!cloud.SaveToPictureFile(dir.filePath(QStringLiteral("missing/x.png")),
-                                     QStringLiteral("png"), &error));
+                                     QStringLiteral("png")));
 }
 
 void CloudRenderingTest::clipboard()

@@ -9,12 +9,12 @@ using namespace kestrum::wordcloud;
 
 namespace {
 
-std::optional<WordList::Result> readBytes(const QByteArray& bytes, QString* error = nullptr)
+kestrum::Result<WordList::Result> readBytes(const QByteArray& bytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    return WordList::read(buffer, error);
+    return WordList::read(buffer);
 }
 
 QString describe(const WordList::Result& r)
@@ -86,9 +86,9 @@ void WordListTest::lines()
 
 void WordListTest::tooLargeIsRefused()
 {
-    QString error;
-    QVERIFY(!readBytes(QByteArray(WordList::kMaxBytes + 1, 'a'), &error));
-    QVERIFY(error.contains(QStringLiteral("larger than 16 MiB")));
+    const auto tooLarge = readBytes(QByteArray(WordList::kMaxBytes + 1, 'a'));
+    QVERIFY(!tooLarge);
+    QVERIFY(tooLarge.error().contains(QStringLiteral("larger than 16 MiB")));
 }
 
 void WordListTest::entriesAreBounded()

@@ -7,30 +7,26 @@ namespace kestrum::chart {
 
 ChartPageDocument::ChartPageDocument(QObject* parent) : store::PageDocument(parent) {}
 
-bool ChartPageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> ChartPageDocument::writeContent()
 {
-    out = ChartStream::write(m_chart);
-    return true;
+    return ChartStream::write(m_chart);
 }
 
-bool ChartPageDocument::readContent(const QByteArray& in, QString* error)
+Status ChartPageDocument::readContent(const QByteArray& in)
 {
     if (in.isEmpty()) {
         clear();
-        return true;
+        return {};
     }
     Result<Chart> loaded = ChartStream::read(in);
     if (!loaded) {
-        if (error) {
-            *error = loaded.error();
-        }
         clear();
-        return false;
+        return fail(loaded.error());
     }
     m_chart = std::move(*loaded);
     emit contentReset();
     emit chartChanged();
-    return true;
+    return {};
 }
 
 void ChartPageDocument::clear()
@@ -40,20 +36,17 @@ void ChartPageDocument::clear()
     emit chartChanged();
 }
 
-bool ChartPageDocument::importFile(const QString& path, QString* error)
+Status ChartPageDocument::importFile(const QString& path)
 {
     Result<Chart> loaded = ChartExporter::readFile(path);
     if (!loaded) {
-        if (error) {
-            *error = loaded.error();
-        }
         clear();
-        return false;
+        return fail(loaded.error());
     }
     m_chart = std::move(*loaded);
     emit contentReset();
     emit chartChanged();
-    return true;
+    return {};
 }
 
 void ChartPageDocument::edit(const std::function<void(Chart&)>& change)

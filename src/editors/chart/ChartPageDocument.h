@@ -18,13 +18,13 @@ public:
 
     // ---- PageDocument
     store::EditorKind kind() const override { return store::EditorKind::Chart; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content is an empty chart.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
     // A chart file (".WSX", in the native format). A file that cannot be read leaves the
     // chart empty.
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
     void setPageInfo(const QString& info) override { m_chartInfo = info; }
 
     const Chart& chart() const { return m_chart; }

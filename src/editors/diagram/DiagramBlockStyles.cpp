@@ -98,18 +98,18 @@ void DiagramBlockStyles::write(common::IniFile& ini) const
 void DiagramBlockStyles::ReadSettings(const QString& fileName)
 {
     common::IniFile ini(fileName);
-    ini.load(); // a missing or unreadable file reads as the defaults
+    static_cast<void>(ini.load()); // a missing or unreadable file reads as the defaults
     read(ini);
 }
 
 Status DiagramBlockStyles::SaveSettings(const QString& fileName) const
 {
     common::IniFile ini(fileName);
-    ini.load(); // other sections of the file stay
+    static_cast<void>(ini.load()); // other sections of the file stay
     write(ini);
-    QString error;
-    if (!ini.save(&error)) {
-        return fail(QStringLiteral("cannot write the block styles to %1: %2").arg(fileName, error));
+    if (const Status saved = ini.save(); !saved) {
+        return fail(
+            QStringLiteral("cannot write the block styles to %1: %2").arg(fileName, saved.error()));
     }
     return {};
 }

@@ -6,30 +6,26 @@ namespace kestrum::diagram {
 
 DiagramPageDocument::DiagramPageDocument(QObject* parent) : store::PageDocument(parent) {}
 
-bool DiagramPageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> DiagramPageDocument::writeContent()
 {
-    out = DiagramStream::write(m_diagram);
-    return true;
+    return DiagramStream::write(m_diagram);
 }
 
-bool DiagramPageDocument::readContent(const QByteArray& in, QString* error)
+Status DiagramPageDocument::readContent(const QByteArray& in)
 {
     if (in.isEmpty()) {
         clear();
-        return true;
+        return {};
     }
     Result<DiagramDocument> read = DiagramStream::read(in);
     if (!read) {
-        if (error) {
-            *error = read.error();
-        }
         clear();
-        return false;
+        return fail(read.error());
     }
     m_diagram = std::move(*read);
     emit diagramChanged();
     emit contentReset();
-    return true;
+    return {};
 }
 
 void DiagramPageDocument::clear()

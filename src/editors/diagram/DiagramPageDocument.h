@@ -17,9 +17,9 @@ public:
     explicit DiagramPageDocument(QObject* parent = nullptr);
 
     store::EditorKind kind() const override { return store::EditorKind::Diagram; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content is an empty diagram.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
 
     const DiagramDocument& diagram() const { return m_diagram; }

@@ -21,10 +21,19 @@ bool isLineEnd(QChar c)
     return c == QLatin1Char('\n') || c == QLatin1Char('\r');
 }
 
+Error tooLarge()
+{
+    return fail(QStringLiteral("the text holds more than a table can take (at most %1 rows, "
+                               "%2 columns and %3 cells)")
+                    .arg(GridDocument::kMaxRows)
+                    .arg(GridDocument::kMaxColumns)
+                    .arg(GridDocument::kMaxCells));
+}
+
 } // namespace
 
-bool DelimitedTextReader::parse(const QString& text, QChar delimiter,
-                                std::vector<QStringList>* rows, QString* error)
+Status DelimitedTextReader::parse(const QString& text, QChar delimiter,
+                                  std::vector<QStringList>* rows)
 {
     rows->clear();
     const QChar* data = text.constData();
@@ -36,6 +45,7 @@ bool DelimitedTextReader::parse(const QString& text, QChar delimiter,
     // Once a quote has been found unclosed, no closing quote exists further on.
     bool quotesExhausted = false;
 
+    // Ends the row; fails when the rows go beyond what a table can take.
     auto endRow = [&]() -> bool {
         cells += fields.size();
         widest = std::max(widest, int(fields.size()));
@@ -43,14 +53,6 @@ bool DelimitedTextReader::parse(const QString& text, QChar delimiter,
         fields = QStringList();
         if (qint64(rows->size()) > GridDocument::kMaxRows || widest > GridDocument::kMaxColumns ||
             qint64(rows->size()) * widest > GridDocument::kMaxCells) {
-            if (error) {
-                *error =
-                    QStringLiteral("the text holds more than a table can take (at most %1 rows, "
-                                   "%2 columns and %3 cells)")
-                        .arg(GridDocument::kMaxRows)
-                        .arg(GridDocument::kMaxColumns)
-                        .arg(GridDocument::kMaxCells);
-            }
             return false;
         }
         return true;
@@ -111,17 +113,17 @@ bool DelimitedTextReader::parse(const QString& text, QChar delimiter,
         }
         ++pos;
         if (!endRow()) {
-            return false;
+            return tooLarge();
         }
     }
     if (!fields.isEmpty() && !endRow()) {
-        return false;
+        return tooLarge();
     }
     // Blank lines at the end of the file are not rows.
     while (!rows->empty() && rows->back().size() == 1 && rows->back().constFirst().isEmpty()) {
         rows->pop_back();
     }
-    return true;
+    return {};
 }
 
 void DelimitedTextReader::fill(const std::vector<QStringList>& rows, GridDocument* grid)
@@ -158,40 +160,31 @@ void DelimitedTextReader::fill(const std::vector<QStringList>& rows, GridDocumen
     *grid = std::move(out);
 }
 
-bool DelimitedTextReader::load(const QByteArray& bytes, QChar delimiter, GridDocument* grid,
-                               QString* error)
+Status DelimitedTextReader::load(const QByteArray& bytes, QChar delimiter, GridDocument* grid)
 {
     TextDecoder::Encoding encoding = TextDecoder::Encoding::Utf8;
     const QString text = TextDecoder::decode(bytes, &encoding);
     if (TextDecoder::looksBinary(bytes, encoding)) {
-        if (error) {
-            *error = QStringLiteral("it is not a text file (it holds binary data)");
-        }
-        return false;
+        return fail(QStringLiteral("it is not a text file (it holds binary data)"));
     }
     std::vector<QStringList> rows;
-    if (!parse(text, delimiter, &rows, error)) {
-        return false;
+    if (const Status parsed = parse(text, delimiter, &rows); !parsed) {
+        return parsed;
     }
     fill(rows, grid);
-    return true;
+    return {};
 }
 
-bool DelimitedTextReader::loadFile(const QString& path, QChar delimiter, GridDocument* grid,
-                                   QString* error)
+Status DelimitedTextReader::loadFile(const QString& path, QChar delimiter, GridDocument* grid)
 {
-    QByteArray bytes;
-    if (!readWholeFile(path, kMaxFileBytes, &bytes, error)) {
-        return false;
+    const Result<QByteArray> bytes = readWholeFile(path, kMaxFileBytes);
+    if (!bytes) {
+        return fail(bytes.error());
     }
-    QString why;
-    if (!load(bytes, delimiter, grid, &why)) {
-        if (error) {
-            *error = QStringLiteral("Cannot import \"%1\": %2").arg(path, why);
-        }
-        return false;
+    if (const Status loaded = load(*bytes, delimiter, grid); !loaded) {
+        return fail(QStringLiteral("Cannot import \"%1\": %2").arg(path, loaded.error()));
     }
-    return true;
+    return {};
 }
 
 } // namespace kestrum::grid

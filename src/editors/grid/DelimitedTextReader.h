@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QChar>
 #include <QString>
@@ -22,12 +24,11 @@ public:
     static constexpr qint64 kMaxFileBytes = qint64(64) * 1024 * 1024;
 
     // Splits text into rows of fields. Fails only when the grid's limits are exceeded.
-    static bool parse(const QString& text, QChar delimiter, std::vector<QStringList>* rows,
-                      QString* error);
+    static Status parse(const QString& text, QChar delimiter, std::vector<QStringList>* rows);
     // Replaces the grid's cells with the rows of `bytes`; fixed rows and columns and the
     // word-wrap state are kept, formats and sizes start afresh. *grid is untouched on failure.
-    static bool load(const QByteArray& bytes, QChar delimiter, GridDocument* grid, QString* error);
-    static bool loadFile(const QString& path, QChar delimiter, GridDocument* grid, QString* error);
+    static Status load(const QByteArray& bytes, QChar delimiter, GridDocument* grid);
+    static Status loadFile(const QString& path, QChar delimiter, GridDocument* grid);
     // Fills a grid from parsed rows (as load does).
     static void fill(const std::vector<QStringList>& rows, GridDocument* grid);
 };

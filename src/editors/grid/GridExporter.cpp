@@ -62,55 +62,40 @@ QString GridExporter::fileNameFor(const QString& fileName, int format)
     return base + extensionFor(format);
 }
 
-bool GridExporter::encode(const GridDocument& grid, int format, QByteArray* out, QString* error)
+Result<QByteArray> GridExporter::encode(const GridDocument& grid, int format)
 {
     switch (format) {
     case ExportFormat::Ascii:
-        *out = AsciiTableWriter::write(grid);
-        return true;
+        return AsciiTableWriter::write(grid);
     case ExportFormat::TabDelimited:
-        *out = DelimitedTextWriter::write(grid, QLatin1Char('\t'));
-        return true;
+        return DelimitedTextWriter::write(grid, QLatin1Char('\t'));
     case ExportFormat::CommaDelimited:
-        *out = DelimitedTextWriter::write(grid, QLatin1Char(','));
-        return true;
+        return DelimitedTextWriter::write(grid, QLatin1Char(','));
     case ExportFormat::Excel:
-        return XlsWriter::write(grid, out, error);
+        return XlsWriter::write(grid);
     case ExportFormat::Word:
-        *out = RtfTableWriter::write(grid);
-        return true;
+        return RtfTableWriter::write(grid);
     case ExportFormat::Html:
-        *out = HtmlTableWriter::document(grid);
-        return true;
+        return HtmlTableWriter::document(grid);
     case ExportFormat::Xml:
-        *out = XmlTableWriter::write(grid);
-        return true;
+        return XmlTableWriter::write(grid);
     case ExportFormat::Native:
-        *out = WgfFile::encode(grid);
-        return true;
+        return WgfFile::encode(grid);
     default:
-        if (error) {
-            *error = QStringLiteral("unknown table format %1").arg(format);
-        }
-        return false;
+        return fail(QStringLiteral("unknown table format %1").arg(format));
     }
 }
 
-bool GridExporter::exportGrid(GridDocument* grid, const QString& fileName, int format,
-                              QString* error)
+Status GridExporter::exportGrid(GridDocument* grid, const QString& fileName, int format)
 {
     if (format == ExportFormat::Xml) {
         grid->setFixedRows(1);
     }
-    QByteArray bytes;
-    QString why;
-    if (!encode(*grid, format, &bytes, &why)) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\": %2").arg(fileName, why);
-        }
-        return false;
+    const Result<QByteArray> bytes = encode(*grid, format);
+    if (!bytes) {
+        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(fileName, bytes.error()));
     }
-    return writeWholeFile(fileName, bytes, error);
+    return writeWholeFile(fileName, *bytes);
 }
 
 } // namespace kestrum::grid

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -36,10 +38,10 @@ public:
     static QString fileNameFor(const QString& fileName, int format);
 
     // The bytes of an export (everything but XML's change of the grid, see exportGrid).
-    static bool encode(const GridDocument& grid, int format, QByteArray* out, QString* error);
+    static Result<QByteArray> encode(const GridDocument& grid, int format);
     // Writes `fileName` as given. The XML export gives the grid exactly one fixed row first,
     // which it keeps.
-    static bool exportGrid(GridDocument* grid, const QString& fileName, int format, QString* error);
+    static Status exportGrid(GridDocument* grid, const QString& fileName, int format);
 };
 
 } // namespace kestrum::grid

@@ -101,26 +101,25 @@ GridPageDocument::~GridPageDocument()
     m_undo.clear();
 }
 
-bool GridPageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> GridPageDocument::writeContent()
 {
-    out = GridStream::write(m_grid);
-    return true;
+    return GridStream::write(m_grid);
 }
 
-bool GridPageDocument::readContent(const QByteArray& in, QString* error)
+Status GridPageDocument::readContent(const QByteArray& in)
 {
     if (in.isEmpty()) {
         clear();
-        return true;
+        return {};
     }
     GridDocument loaded;
-    if (!GridStream::read(in, &loaded, error)) {
+    if (const Status read = GridStream::read(in, &loaded); !read) {
         clear();
-        return false;
+        return read;
     }
     loaded.unhideAllColumns();
     replaceSilently(std::move(loaded));
-    return true;
+    return {};
 }
 
 void GridPageDocument::clear()
@@ -136,26 +135,26 @@ void GridPageDocument::replaceSilently(GridDocument grid)
     emit gridReset();
 }
 
-bool GridPageDocument::importFile(const QString& path, QString* error)
+Status GridPageDocument::importFile(const QString& path)
 {
     GridDocument first = m_grid;
-    if (DelimitedTextReader::loadFile(path, m_delimiter, &first, nullptr)) {
+    if (DelimitedTextReader::loadFile(path, m_delimiter, &first)) {
         replaceSilently(std::move(first));
     }
     GridDocument loaded = m_grid;
     if (isDelimitedName(path, ".CSV")) {
         m_delimiter = QLatin1Char(',');
-        if (!DelimitedTextReader::loadFile(path, m_delimiter, &loaded, error)) {
-            return false;
+        if (const Status read = DelimitedTextReader::loadFile(path, m_delimiter, &loaded); !read) {
+            return read;
         }
     } else if (isDelimitedName(path, ".TAB")) {
         m_delimiter = QLatin1Char('\t');
-        if (!DelimitedTextReader::loadFile(path, m_delimiter, &loaded, error)) {
-            return false;
+        if (const Status read = DelimitedTextReader::loadFile(path, m_delimiter, &loaded); !read) {
+            return read;
         }
     } else {
-        if (!WgfFile::load(path, &loaded, error)) {
-            return false;
+        if (const Status read = WgfFile::load(path, &loaded); !read) {
+            return read;
         }
         loaded.unhideAllColumns();
         loaded.setFixedColumns(0);
@@ -166,7 +165,7 @@ bool GridPageDocument::importFile(const QString& path, QString* error)
         }
     }
     replaceSilently(std::move(loaded));
-    return true;
+    return {};
 }
 
 bool GridPageDocument::storesImportImmediately(const QString& path) const
@@ -516,15 +515,15 @@ int GridPageDocument::replaceAll(const QString& text, const QString& with,
     return count;
 }
 
-bool GridPageDocument::exportTo(const QString& fileName, int format, QString* error)
+Status GridPageDocument::exportTo(const QString& fileName, int format)
 {
     if (format == ExportFormat::Xml && m_grid.fixedRows() != 1) {
         emit gridAboutToBeReset();
-        const bool ok = GridExporter::exportGrid(&m_grid, fileName, format, error);
+        Status written = GridExporter::exportGrid(&m_grid, fileName, format);
         emit gridReset();
-        return ok;
+        return written;
     }
-    return GridExporter::exportGrid(&m_grid, fileName, format, error);
+    return GridExporter::exportGrid(&m_grid, fileName, format);
 }
 
 } // namespace kestrum::grid

@@ -26,15 +26,15 @@ public:
 
     // ---- PageDocument
     store::EditorKind kind() const override { return store::EditorKind::Grid; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content clears the grid. Columns are shown again after loading.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
     // A table file: first loaded as delimited text with the current delimiter; then a name
     // holding ".CSV" loads as comma-delimited text, one holding ".TAB" as tab-delimited text,
     // any other as the grid's own file (columns unhidden, no fixed column, columns narrower
     // than 4 pixels widened to 20).
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
     // Only the grid's own files are stored at once; delimited imports wait until the page is
     // left modified.
     bool storesImportImmediately(const QString& path) const override;
@@ -84,7 +84,7 @@ public:
 
     // Export to a file (GridExporter formats). The XML export leaves the grid with one fixed
     // row; that is not a change of the page.
-    bool exportTo(const QString& fileName, int format, QString* error);
+    Status exportTo(const QString& fileName, int format);
 
     // ---- for the undo commands: exchange state with the document
     void exchangeGrid(GridDocument& other);

@@ -16,12 +16,9 @@ constexpr quint8 kColumnHidden = 0x01;
 // Bytes a format record takes at least: alignment, style, size, two colours, empty name.
 constexpr qsizetype kMinFormatBytes = 1 + 1 + 4 + 4 + 4 + 4;
 
-bool failWith(QString* error, const QString& why)
+Error failWith(const QString& why)
 {
-    if (error) {
-        *error = QStringLiteral("damaged grid stream: ") + why;
-    }
-    return false;
+    return fail(QStringLiteral("damaged grid stream: ") + why);
 }
 
 } // namespace
@@ -95,21 +92,20 @@ QByteArray GridStream::write(const GridDocument& grid)
     return w.take();
 }
 
-bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error)
+Status GridStream::read(const QByteArray& data, GridDocument* grid)
 {
     common::ByteReader in(data);
     if (data.size() < 4 || !data.startsWith(QByteArray(kMagic, 4))) {
-        return failWith(error, QStringLiteral("it does not start with \"KSTG\""));
+        return failWith(QStringLiteral("it does not start with \"KSTG\""));
     }
     in.raw(4);
     const quint16 version = in.u16();
     const quint16 flags = in.u16();
     if (!in.ok()) {
-        return failWith(error, in.error());
+        return failWith(in.error());
     }
     if (version != kVersion) {
-        return failWith(error,
-                        QStringLiteral("version %1 is not known (this program reads version %2)")
+        return failWith(QStringLiteral("version %1 is not known (this program reads version %2)")
                             .arg(version)
                             .arg(kVersion));
     }
@@ -118,18 +114,17 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
     const quint32 fixedCols = in.u32();
     const quint32 fixedRows = in.u32();
     if (!in.ok()) {
-        return failWith(error, in.error());
+        return failWith(in.error());
     }
     if (cols < 1 || cols > quint32(GridDocument::kMaxColumns) || rows < 1 ||
         rows > quint32(GridDocument::kMaxRows) ||
         qint64(cols) * qint64(rows) > GridDocument::kMaxCells) {
-        return failWith(error, QStringLiteral("a grid of %1 columns and %2 rows is out of bounds")
-                                   .arg(cols)
-                                   .arg(rows));
+        return failWith(QStringLiteral("a grid of %1 columns and %2 rows is out of bounds")
+                            .arg(cols)
+                            .arg(rows));
     }
     if (fixedCols > cols || fixedRows > rows) {
-        return failWith(error,
-                        QStringLiteral("%1 fixed columns and %2 fixed rows do not fit the grid")
+        return failWith(QStringLiteral("%1 fixed columns and %2 fixed rows do not fit the grid")
                             .arg(fixedCols)
                             .arg(fixedRows));
     }
@@ -138,9 +133,9 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
     const qint64 minimum = qint64(cols) * 5 + qint64(rows) * 4 + 4 + qint64(cols) * rows * 4 + 4;
     if (minimum > in.remaining()) {
         return failWith(
-            error, QStringLiteral("%1 columns and %2 rows need more bytes than the stream holds")
-                       .arg(cols)
-                       .arg(rows));
+            QStringLiteral("%1 columns and %2 rows need more bytes than the stream holds")
+                .arg(cols)
+                .arg(rows));
     }
 
     GridDocument out;
@@ -152,7 +147,7 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
         const quint32 width = in.u32();
         const quint8 columnFlags = in.u8();
         if (width > quint32(GridDocument::kMaxSize)) {
-            return failWith(error, QStringLiteral("column %1 is %2 pixels wide").arg(c).arg(width));
+            return failWith(QStringLiteral("column %1 is %2 pixels wide").arg(c).arg(width));
         }
         out.setColumnWidth(int(c), int(width));
         out.setColumnHidden(int(c), columnFlags & kColumnHidden);
@@ -160,18 +155,17 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
     for (quint32 r = 0; r < rows; ++r) {
         const quint32 height = in.u32();
         if (height > quint32(GridDocument::kMaxSize)) {
-            return failWith(error, QStringLiteral("row %1 is %2 pixels high").arg(r).arg(height));
+            return failWith(QStringLiteral("row %1 is %2 pixels high").arg(r).arg(height));
         }
         out.setRowHeight(int(r), int(height));
     }
 
     const quint32 formatCount = in.u32();
     if (!in.ok()) {
-        return failWith(error, in.error());
+        return failWith(in.error());
     }
     if (qint64(formatCount) * kMinFormatBytes > in.remaining()) {
         return failWith(
-            error,
             QStringLiteral("%1 formats need more bytes than the stream holds").arg(formatCount));
     }
     std::vector<quint32> poolIds;
@@ -185,21 +179,19 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
         f.background = in.i32();
         f.fontName = in.string(kMaxFontNameBytes);
         if (!in.ok()) {
-            return failWith(error, in.error());
+            return failWith(in.error());
         }
         if (f.alignment > CellAlignment::Centre) {
             return failWith(
-                error,
                 QStringLiteral("format %1 has the unknown alignment %2").arg(i).arg(f.alignment));
         }
         if (f.fontStyle & ~FontStyle::All) {
             return failWith(
-                error,
                 QStringLiteral("format %1 has unknown style bits %2").arg(i).arg(f.fontStyle));
         }
         if (f.fontSize < 1 || f.fontSize > kMaxFontSize) {
             return failWith(
-                error, QStringLiteral("format %1 has the font size %2").arg(i).arg(f.fontSize));
+                QStringLiteral("format %1 has the font size %2").arg(i).arg(f.fontSize));
         }
         poolIds.push_back(out.addFormat(f));
     }
@@ -209,11 +201,11 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
             const quint32 size = in.u32();
             if (size > quint32(kMaxCellBytes)) {
                 return failWith(
-                    error, QStringLiteral("cell (%1, %2) claims %3 bytes").arg(c).arg(r).arg(size));
+                    QStringLiteral("cell (%1, %2) claims %3 bytes").arg(c).arg(r).arg(size));
             }
             const QByteArray bytes = in.raw(qsizetype(size));
             if (!in.ok()) {
-                return failWith(error, in.error());
+                return failWith(in.error());
             }
             if (size) {
                 out.setText(int(c), int(r), QString::fromUtf8(bytes));
@@ -223,13 +215,13 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
 
     const quint32 formatted = in.u32();
     if (!in.ok()) {
-        return failWith(error, in.error());
+        return failWith(in.error());
     }
     if (qint64(formatted) > qint64(cols) * rows || qint64(formatted) * 8 != in.remaining()) {
         return failWith(
-            error, QStringLiteral("the list of %1 formatted cells does not match the %2 bytes left")
-                       .arg(formatted)
-                       .arg(in.remaining()));
+            QStringLiteral("the list of %1 formatted cells does not match the %2 bytes left")
+                .arg(formatted)
+                .arg(in.remaining()));
     }
     qint64 previous = -1;
     for (quint32 i = 0; i < formatted; ++i) {
@@ -237,19 +229,17 @@ bool GridStream::read(const QByteArray& data, GridDocument* grid, QString* error
         const quint32 format = in.u32();
         if (qint64(cell) <= previous || qint64(cell) >= qint64(cols) * rows) {
             return failWith(
-                error,
                 QStringLiteral("formatted cell %1 is out of order or out of the grid").arg(cell));
         }
         if (format >= formatCount) {
             return failWith(
-                error,
                 QStringLiteral("cell %1 refers to the missing format %2").arg(cell).arg(format));
         }
         previous = cell;
         out.setFormatId(int(cell % cols), int(cell / cols), poolIds[format]);
     }
     *grid = std::move(out);
-    return true;
+    return {};
 }
 
 } // namespace kestrum::grid

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -20,9 +22,8 @@ public:
     static constexpr int kMaxFontSize = 1638;
 
     static QByteArray write(const GridDocument& grid);
-    // On success *grid holds the stream's content; on failure it is left as it was and
-    // *error says what is wrong.
-    static bool read(const QByteArray& data, GridDocument* grid, QString* error);
+    // On success *grid holds the stream's content; on failure it is left as it was.
+    static Status read(const QByteArray& data, GridDocument* grid);
 };
 
 } // namespace kestrum::grid

@@ -16,51 +16,41 @@ QByteArray WgfFile::encode(const GridDocument& grid)
     return w.take();
 }
 
-bool WgfFile::decode(const QByteArray& data, GridDocument* grid, QString* error)
+Status WgfFile::decode(const QByteArray& data, GridDocument* grid)
 {
     if (data.startsWith(QByteArray(GridStream::kMagic, 4))) {
-        return GridStream::read(data, grid, error);
+        return GridStream::read(data, grid);
     }
     if (!data.startsWith(QByteArray(kMagic, 4)) || data.size() < 8) {
-        if (error) {
-            *error = QStringLiteral("not a grid file (it does not start with \"KWGF\")");
-        }
-        return false;
+        return fail(QStringLiteral("not a grid file (it does not start with \"KWGF\")"));
     }
     common::ByteReader in(data);
     in.raw(4);
     const quint16 version = in.u16();
     if (version != kVersion) {
-        if (error) {
-            *error =
-                QStringLiteral("grid file version %1 is not known (this program reads version %2)")
-                    .arg(version)
-                    .arg(kVersion);
-        }
-        return false;
+        return fail(
+            QStringLiteral("grid file version %1 is not known (this program reads version %2)")
+                .arg(version)
+                .arg(kVersion));
     }
-    return GridStream::read(data.mid(8), grid, error);
+    return GridStream::read(data.mid(8), grid);
 }
 
-bool WgfFile::save(const QString& path, const GridDocument& grid, QString* error)
+Status WgfFile::save(const QString& path, const GridDocument& grid)
 {
-    return writeWholeFile(path, encode(grid), error);
+    return writeWholeFile(path, encode(grid));
 }
 
-bool WgfFile::load(const QString& path, GridDocument* grid, QString* error)
+Status WgfFile::load(const QString& path, GridDocument* grid)
 {
-    QByteArray data;
-    if (!readWholeFile(path, kMaxFileBytes, &data, error)) {
-        return false;
+    const Result<QByteArray> data = readWholeFile(path, kMaxFileBytes);
+    if (!data) {
+        return fail(data.error());
     }
-    QString why;
-    if (!decode(data, grid, &why)) {
-        if (error) {
-            *error = QStringLiteral("Cannot read \"%1\": %2").arg(path, why);
-        }
-        return false;
+    if (const Status decoded = decode(*data, grid); !decoded) {
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(path, decoded.error()));
     }
-    return true;
+    return {};
 }
 
 } // namespace kestrum::grid

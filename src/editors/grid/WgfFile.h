@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -17,11 +19,11 @@ public:
     static constexpr qint64 kMaxFileBytes = qint64(512) * 1024 * 1024;
 
     static QByteArray encode(const GridDocument& grid);
-    static bool decode(const QByteArray& data, GridDocument* grid, QString* error);
+    static Status decode(const QByteArray& data, GridDocument* grid);
 
-    static bool save(const QString& path, const GridDocument& grid, QString* error);
+    static Status save(const QString& path, const GridDocument& grid);
     // *grid is left as it was when the file cannot be read.
-    static bool load(const QString& path, GridDocument* grid, QString* error);
+    static Status load(const QString& path, GridDocument* grid);
 };
 
 } // namespace kestrum::grid

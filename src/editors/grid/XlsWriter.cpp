@@ -347,20 +347,16 @@ void appendSharedStrings(QByteArray& stream, const QStringList& strings, quint32
 
 } // namespace
 
-bool XlsWriter::workbookStream(const GridDocument& grid, QByteArray* out, QString* error,
-                               const XlsOptions& options)
+Result<QByteArray> XlsWriter::workbookStream(const GridDocument& grid, const XlsOptions& options)
 {
     if (grid.rowCount() > kMaxRows || grid.columnCount() > kMaxColumns) {
-        if (error) {
-            *error =
-                QStringLiteral("the table has %1 rows and %2 columns; an .XLS sheet holds at most "
-                               "%3 rows and %4 columns")
-                    .arg(grid.rowCount())
-                    .arg(grid.columnCount())
-                    .arg(kMaxRows)
-                    .arg(kMaxColumns);
-        }
-        return false;
+        return fail(
+            QStringLiteral("the table has %1 rows and %2 columns; an .XLS sheet holds at most "
+                           "%3 rows and %4 columns")
+                .arg(grid.rowCount())
+                .arg(grid.columnCount())
+                .arg(kMaxRows)
+                .arg(kMaxColumns));
     }
     const int rows = grid.rowCount();
     const int cols = grid.columnCount();
@@ -687,19 +683,16 @@ bool XlsWriter::workbookStream(const GridDocument& grid, QByteArray* out, QStrin
     }
     appendRecord(sheet, kEof, {});
 
-    *out = globals + sheet;
-    return true;
+    return globals + sheet;
 }
 
-bool XlsWriter::write(const GridDocument& grid, QByteArray* out, QString* error,
-                      const XlsOptions& options)
+Result<QByteArray> XlsWriter::write(const GridDocument& grid, const XlsOptions& options)
 {
-    QByteArray stream;
-    if (!workbookStream(grid, &stream, error, options)) {
-        return false;
+    const Result<QByteArray> stream = workbookStream(grid, options);
+    if (!stream) {
+        return fail(stream.error());
     }
-    *out = CompoundFileWriter::build(QStringLiteral("Workbook"), stream);
-    return true;
+    return CompoundFileWriter::build(QStringLiteral("Workbook"), *stream);
 }
 
 } // namespace kestrum::grid

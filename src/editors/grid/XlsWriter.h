@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -25,11 +27,10 @@ public:
     static constexpr int kMaxTextLength = 32767;
 
     // Fails (with a message) for a grid larger than a BIFF8 sheet.
-    static bool write(const GridDocument& grid, QByteArray* out, QString* error,
-                      const XlsOptions& options = {});
+    static Result<QByteArray> write(const GridDocument& grid, const XlsOptions& options = {});
     // The BIFF8 workbook stream alone (without the compound file around it).
-    static bool workbookStream(const GridDocument& grid, QByteArray* out, QString* error,
-                               const XlsOptions& options = {});
+    static Result<QByteArray> workbookStream(const GridDocument& grid,
+                                             const XlsOptions& options = {});
 };
 
 } // namespace kestrum::grid

@@ -7,28 +7,24 @@ namespace kestrum::image {
 
 ImagePageDocument::ImagePageDocument(QObject* parent) : store::PageDocument(parent) {}
 
-bool ImagePageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> ImagePageDocument::writeContent()
 {
-    out = BmpFile::write(m_picture);
-    return true;
+    return BmpFile::write(m_picture);
 }
 
-bool ImagePageDocument::readContent(const QByteArray& in, QString* error)
+Status ImagePageDocument::readContent(const QByteArray& in)
 {
     m_picture = QImage();
     if (!in.isEmpty()) {
         Result<QImage> read = BmpFile::read(in);
         if (!read) {
-            if (error) {
-                *error = read.error();
-            }
             emit contentReset();
-            return false;
+            return fail(read.error());
         }
         m_picture = *read;
     }
     emit contentReset();
-    return true;
+    return {};
 }
 
 void ImagePageDocument::clear()
@@ -37,19 +33,16 @@ void ImagePageDocument::clear()
     emit contentReset();
 }
 
-bool ImagePageDocument::importFile(const QString& path, QString* error)
+Status ImagePageDocument::importFile(const QString& path)
 {
     clear();
     Result<QImage> read = PictureFiles::LoadPictureFile(path);
     if (!read) {
-        if (error) {
-            *error = read.error();
-        }
-        return false;
+        return fail(read.error());
     }
     m_picture = *read;
     emit contentReset();
-    return true;
+    return {};
 }
 
 void ImagePageDocument::setPicture(const QImage& picture)

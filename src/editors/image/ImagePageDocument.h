@@ -15,12 +15,12 @@ public:
     explicit ImagePageDocument(QObject* parent = nullptr);
 
     store::EditorKind kind() const override { return store::EditorKind::Image; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content is an empty picture; any bitmap depth is converted to 24 bits.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
     // A picture file (see PictureFiles::LoadPictureFile); the picture is cleared first.
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
 
     const QImage& picture() const { return m_picture; }
     // The user opened a picture: the page changes.

@@ -32,16 +32,13 @@ namespace {
 constexpr int kPlainListIndent = 4;
 constexpr int kMaxPlainListLevels = 9;
 
-bool saveBytes(const QString& fileName, const QByteArray& bytes, QString* error)
+Status saveBytes(const QString& fileName, const QByteArray& bytes)
 {
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\": %2").arg(fileName, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\": %2").arg(fileName, file.errorString()));
     }
-    return true;
+    return {};
 }
 
 QString htmlEscape(const QString& text)
@@ -280,8 +277,8 @@ const QTextDocument& TextExporter::visibleText(const QTextDocument& document,
     return *holder;
 }
 
-QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportOptions& options,
-                                QString* error)
+Result<QByteArray> TextExporter::toHtml(const QTextDocument& document,
+                                        const HtmlExportOptions& options)
 {
     std::unique_ptr<QTextDocument> holder;
     const QTextDocument* copy = &visibleText(document, holder);
@@ -320,13 +317,13 @@ QByteArray TextExporter::toHtml(const QTextDocument& document, const HtmlExportO
                                          .arg(options.imageFilePrefix)
                                          .arg(counter)
                                          .arg(suffix);
-            if (!QDir().mkpath(options.imageFolder) ||
-                !saveBytes(QDir(options.imageFolder).filePath(fileName), bytes, error)) {
-                if (error && error->isEmpty()) {
-                    *error = QStringLiteral("Cannot create the picture folder \"%1\".")
-                                 .arg(options.imageFolder);
-                }
-                return {};
+            if (!QDir().mkpath(options.imageFolder)) {
+                return fail(QStringLiteral("Cannot create the picture folder \"%1\".")
+                                .arg(options.imageFolder));
+            }
+            if (const Status saved = saveBytes(QDir(options.imageFolder).filePath(fileName), bytes);
+                !saved) {
+                return fail(saved.error());
             }
             sources.insert(image.name(), options.imageUrlPrefix + fileName);
         }
@@ -386,7 +383,7 @@ QString TextExporter::toPlainText(const QTextDocument& document)
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
-bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileName, QString* error)
+Status TextExporter::writeOdt(const QTextDocument& document, const QString& fileName)
 {
     std::unique_ptr<QTextDocument> copy;
     const QTextDocument& visible = visibleText(document, copy);
@@ -395,21 +392,17 @@ bool TextExporter::writeOdt(const QTextDocument& document, const QString& fileNa
     buffer.open(QIODevice::WriteOnly);
     QTextDocumentWriter writer(&buffer, "odf");
     if (!writer.write(&visible)) {
-        if (error) {
-            *error = QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName);
-        }
-        return false;
+        return fail(QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName));
     }
-    return saveBytes(fileName, bytes, error);
+    return saveBytes(fileName, bytes);
 }
 
-bool TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
-                              const PageLayout& layout, const QString& fileName, Format format,
-                              QString* error)
+Status TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
+                                const PageLayout& layout, const QString& fileName, Format format)
 {
     switch (format) {
     case Format::Rtf:
-        return saveBytes(fileName, RtfWriter(document, colours, layout).write(), error);
+        return saveBytes(fileName, RtfWriter(document, colours, layout).write());
     case Format::Html: {
         const QFileInfo info(fileName);
         HtmlExportOptions options;
@@ -417,22 +410,18 @@ bool TextExporter::exportFile(const QTextDocument& document, const ColourTable& 
         options.imageFolder = info.absoluteDir().filePath(folder);
         options.imageUrlPrefix = QStringLiteral("./") + folder + QLatin1Char('/');
         options.title = info.completeBaseName();
-        QString why;
-        const QByteArray html = toHtml(document, options, &why);
-        if (html.isEmpty()) {
-            if (error) {
-                *error = why;
-            }
-            return false;
+        const Result<QByteArray> html = toHtml(document, options);
+        if (!html) {
+            return fail(html.error());
         }
-        return saveBytes(fileName, html, error);
+        return saveBytes(fileName, *html);
     }
     case Format::PlainText:
-        return saveBytes(fileName, toPlainText(document).toUtf8(), error);
+        return saveBytes(fileName, toPlainText(document).toUtf8());
     case Format::Odt:
-        return writeOdt(document, fileName, error);
+        return writeOdt(document, fileName);
     }
-    return false;
+    return fail(QStringLiteral("Cannot write \"%1\": unknown format.").arg(fileName));
 }
 
 } // namespace kestrum::text

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Result.h"
 #include "editors/text/PageLayout.h"
 
 #include <QByteArray>
@@ -48,17 +49,16 @@ public:
 
     // HTML in UTF-8, opening with "<HTML>" and a plain "<BODY>" (a report built from pages
     // cuts each page at its body); character and paragraph formats are inline styles.
-    static QByteArray toHtml(const QTextDocument& document, const HtmlExportOptions& options,
-                             QString* error = nullptr);
+    static Result<QByteArray> toHtml(const QTextDocument& document,
+                                     const HtmlExportOptions& options);
     // Paragraphs as lines, table rows as tab-separated cells, list items with their markers.
     static QString toPlainText(const QTextDocument& document);
-    static bool writeOdt(const QTextDocument& document, const QString& fileName, QString* error);
+    static Status writeOdt(const QTextDocument& document, const QString& fileName);
 
     // Writes `fileName` in `format`; for HTML the pictures go to a folder named after the file
     // with "_files" added.
-    static bool exportFile(const QTextDocument& document, const ColourTable& colours,
-                           const PageLayout& layout, const QString& fileName, Format format,
-                           QString* error);
+    static Status exportFile(const QTextDocument& document, const ColourTable& colours,
+                             const PageLayout& layout, const QString& fileName, Format format);
 
     // A copy without hidden text, pictures kept.
     static std::unique_ptr<QTextDocument> visibleCopy(const QTextDocument& document);

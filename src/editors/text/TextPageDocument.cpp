@@ -80,25 +80,23 @@ void TextPageDocument::resetDocument()
     m_loadedFormat = TextFormatDetector::Format::Empty;
 }
 
-bool TextPageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> TextPageDocument::writeContent()
 {
     if (!m_document) {
-        out = RtfWriter::emptyDocument(m_layout);
-        return true;
+        return RtfWriter::emptyDocument(m_layout);
     }
     RtfWriter writer(*m_document, m_colours, m_layout);
-    out = writer.write();
+    QByteArray out = writer.write();
     m_colours = writer.colours();
-    return true;
+    return out;
 }
 
-bool TextPageDocument::readContent(const QByteArray& in, QString* error)
+Status TextPageDocument::readContent(const QByteArray& in)
 {
-    return readBytes(in, TextFormatDetector::detect(in), error);
+    return readBytes(in, TextFormatDetector::detect(in));
 }
 
-bool TextPageDocument::readBytes(const QByteArray& bytes, TextFormatDetector::Format format,
-                                 QString* error)
+Status TextPageDocument::readBytes(const QByteArray& bytes, TextFormatDetector::Format format)
 {
     LoadScope scope(*this);
     resetDocument();
@@ -106,30 +104,27 @@ bool TextPageDocument::readBytes(const QByteArray& bytes, TextFormatDetector::Fo
     m_loadedFormat = format;
     switch (format) {
     case TextFormatDetector::Format::Empty:
-        return true;
+        return {};
     case TextFormatDetector::Format::Rtf: {
         const RtfReadResult result = RtfReader().read(bytes, document, &m_colours);
         if (!result.ok) {
             resetDocument();
-            if (error) {
-                *error = result.error;
-            }
-            return false;
+            return fail(result.error);
         }
         if (result.hasPageLayout) {
             m_layout = result.pageLayout;
         }
         m_warnings = result.warnings;
-        return true;
+        return {};
     }
     case TextFormatDetector::Format::Html:
         document->setHtml(TextFormatDetector::decodeHtml(bytes));
-        return true;
+        return {};
     case TextFormatDetector::Format::PlainText:
         document->setPlainText(TextFormatDetector::decodePlainText(bytes));
-        return true;
+        return {};
     }
-    return false;
+    return fail(QStringLiteral("the text is in an unknown format"));
 }
 
 void TextPageDocument::clear()
@@ -147,29 +142,22 @@ void TextPageDocument::clear()
     resetDocument();
 }
 
-bool TextPageDocument::readFile(const QString& path, QByteArray* bytes, QString* error)
+Result<QByteArray> TextPageDocument::readFile(const QString& path)
 {
     QFile file(path);
     const QString name = QFileInfo(path).fileName();
     if (!file.open(QIODevice::ReadOnly)) {
-        if (error) {
-            *error = QStringLiteral("Cannot open \"%1\": %2").arg(name, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot open \"%1\": %2").arg(name, file.errorString()));
     }
     if (file.size() > kMaxFileBytes) {
-        if (error) {
-            *error = QStringLiteral("Cannot read \"%1\": the file is larger than %2 MB.")
-                         .arg(name)
-                         .arg(kMaxFileBytes / (1024 * 1024));
-        }
-        return false;
+        return fail(QStringLiteral("Cannot read \"%1\": the file is larger than %2 MB.")
+                        .arg(name)
+                        .arg(kMaxFileBytes / (1024 * 1024)));
     }
-    *bytes = file.readAll();
-    return true;
+    return file.readAll();
 }
 
-bool TextPageDocument::importFile(const QString& path, QString* error)
+Status TextPageDocument::importFile(const QString& path)
 {
     const QString suffix = QFileInfo(path).suffix();
     const qsizetype place =
@@ -178,39 +166,33 @@ bool TextPageDocument::importFile(const QString& path, QString* error)
             : QStringLiteral(".RTF.TXT.DOC.WPD.HTML").indexOf(QLatin1Char('.') + suffix.toUpper());
     if (place < 0) {
         clear();
-        if (error) {
-            *error =
-                QStringLiteral(
-                    "\"%1\" was not imported: text pages read RTF, TXT, DOC, WPD and HTML files.")
-                    .arg(QFileInfo(path).fileName());
-        }
-        return false;
+        return fail(
+            QStringLiteral(
+                "\"%1\" was not imported: text pages read RTF, TXT, DOC, WPD and HTML files.")
+                .arg(QFileInfo(path).fileName()));
     }
     if (place >= 8) {
-        if (!loadExternalFile(path, error)) {
+        if (const Status loaded = loadExternalFile(path); !loaded) {
             clear(); // an imported page stays empty
-            return false;
+            return loaded;
         }
-        return true;
+        return {};
     }
-    QByteArray bytes;
-    if (!readFile(path, &bytes, error)) {
+    const Result<QByteArray> bytes = readFile(path);
+    if (!bytes) {
         clear();
-        return false;
+        return fail(bytes.error());
     }
     if (place < 4) {
         // Rich text; a file that is not RTF after all is read for what it is.
-        return readBytes(bytes, TextFormatDetector::detect(bytes), error);
+        return readBytes(*bytes, TextFormatDetector::detect(*bytes));
     }
-    return readBytes(bytes,
-                     bytes.isEmpty() ? TextFormatDetector::Format::Empty
-                                     : TextFormatDetector::Format::PlainText,
-                     error);
+    return readBytes(*bytes, bytes->isEmpty() ? TextFormatDetector::Format::Empty
+                                              : TextFormatDetector::Format::PlainText);
 }
 
-bool TextPageDocument::loadFile(const QString& path, QString* error)
+Status TextPageDocument::loadFile(const QString& path)
 {
-    QByteArray bytes;
     const QFileInfo info(path);
     const QString suffix = info.suffix().toLower();
     const bool ownFormat = suffix == QLatin1String("rtf") || suffix == QLatin1String("txt") ||
@@ -220,49 +202,49 @@ bool TextPageDocument::loadFile(const QString& path, QString* error)
         // Word-processor files unless they turn out to be RTF (a ".doc" that is RTF inside).
         QFile file(path);
         if (file.open(QIODevice::ReadOnly) && RtfReader::looksLikeRtf(file.read(64))) {
-            return readFile(path, &bytes, error) &&
-                   readBytes(bytes, TextFormatDetector::Format::Rtf, error);
+            const Result<QByteArray> bytes = readFile(path);
+            if (!bytes) {
+                return fail(bytes.error());
+            }
+            return readBytes(*bytes, TextFormatDetector::Format::Rtf);
         }
-        return loadExternalFile(path, error);
+        return loadExternalFile(path);
     }
-    if (!readFile(path, &bytes, error)) {
-        return false;
+    const Result<QByteArray> bytes = readFile(path);
+    if (!bytes) {
+        return fail(bytes.error());
     }
-    TextFormatDetector::Format format = TextFormatDetector::detect(bytes);
+    TextFormatDetector::Format format = TextFormatDetector::detect(*bytes);
     if (suffix == QLatin1String("txt") && format == TextFormatDetector::Format::Html) {
         format = TextFormatDetector::Format::PlainText;
     }
-    return readBytes(bytes, format, error);
+    return readBytes(*bytes, format);
 }
 
-bool TextPageDocument::loadExternalFile(const QString& path, QString* error)
+Status TextPageDocument::loadExternalFile(const QString& path)
 {
     // Nothing is touched until the converter has given RTF: a failed load leaves the page as it
     // was.
-    QByteArray rtf;
     const WordConverter converter(m_converterOptions);
-    if (!converter.convertToRtf(path, &rtf, error)) {
-        return false;
+    const Result<QByteArray> rtf = converter.convertToRtf(path);
+    if (!rtf) {
+        return fail(rtf.error());
     }
-    if (!RtfReader::looksLikeRtf(rtf)) {
-        if (error) {
-            *error = QStringLiteral("\"%1\" could not be converted: the converter gave no RTF.")
-                         .arg(QFileInfo(path).fileName());
-        }
-        return false;
+    if (!RtfReader::looksLikeRtf(*rtf)) {
+        return fail(QStringLiteral("\"%1\" could not be converted: the converter gave no RTF.")
+                        .arg(QFileInfo(path).fileName()));
     }
-    return readBytes(rtf, TextFormatDetector::Format::Rtf, error);
+    return readBytes(*rtf, TextFormatDetector::Format::Rtf);
 }
 
-bool TextPageDocument::exportFile(const QString& path, TextExporter::Format format,
-                                  QString* error) const
+Status TextPageDocument::exportFile(const QString& path, TextExporter::Format format) const
 {
-    return TextExporter::exportFile(*textDocument(), m_colours, m_layout, path, format, error);
+    return TextExporter::exportFile(*textDocument(), m_colours, m_layout, path, format);
 }
 
-QByteArray TextPageDocument::toHtml(const HtmlExportOptions& options, QString* error) const
+Result<QByteArray> TextPageDocument::toHtml(const HtmlExportOptions& options) const
 {
-    return TextExporter::toHtml(*textDocument(), options, error);
+    return TextExporter::toHtml(*textDocument(), options);
 }
 
 void TextPageDocument::setPageLayout(const PageLayout& layout)

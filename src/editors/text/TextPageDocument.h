@@ -24,12 +24,12 @@ public:
     ~TextPageDocument() override;
 
     store::EditorKind kind() const override { return store::EditorKind::Text; }
-    bool writeContent(QByteArray& out, QString* error) override;
-    bool readContent(const QByteArray& in, QString* error) override;
+    Result<QByteArray> writeContent() override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
     // By the upper-cased extension's place in ".RTF.TXT.DOC.WPD.HTML": RTF, plain text, or the
     // word-processor converter (DOC, WPD, HTM, HTML); any other extension loads nothing.
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
 
     // The rich-text document (made on first use).
     QTextDocument* textDocument();
@@ -46,13 +46,13 @@ public:
 
     // The editor's own open command: RTF, HTML and plain text by their content, anything else
     // through the converter. Like every load it reports no change; the caller decides.
-    bool loadFile(const QString& path, QString* error);
+    Status loadFile(const QString& path);
     // LoadExternalFile: a word-processor file through the converter, read as RTF. When the
     // file cannot be converted the document stays as it was.
-    bool loadExternalFile(const QString& path, QString* error);
-    bool exportFile(const QString& path, TextExporter::Format format, QString* error) const;
+    Status loadExternalFile(const QString& path);
+    Status exportFile(const QString& path, TextExporter::Format format) const;
     // The page as HTML for a report (its pictures as the options say).
-    QByteArray toHtml(const HtmlExportOptions& options, QString* error = nullptr) const;
+    Result<QByteArray> toHtml(const HtmlExportOptions& options) const;
 
     void setConverterOptions(const WordConverterOptions& options) { m_converterOptions = options; }
     const WordConverterOptions& converterOptions() const { return m_converterOptions; }
@@ -72,8 +72,8 @@ signals:
 private:
     class LoadScope;
 
-    bool readBytes(const QByteArray& bytes, TextFormatDetector::Format format, QString* error);
-    static bool readFile(const QString& path, QByteArray* bytes, QString* error);
+    Status readBytes(const QByteArray& bytes, TextFormatDetector::Format format);
+    static Result<QByteArray> readFile(const QString& path);
     void resetDocument();
 
     QTextDocument* m_document = nullptr;

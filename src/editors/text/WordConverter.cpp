@@ -44,14 +44,8 @@ QString WordConverter::program() const
     return bundled;
 }
 
-bool WordConverter::convertToRtf(const QString& sourceFile, QByteArray* rtf, QString* error) const
+Result<QByteArray> WordConverter::convertToRtf(const QString& sourceFile) const
 {
-    auto fail = [error](const QString& message) {
-        if (error) {
-            *error = message;
-        }
-        return false;
-    };
     const QFileInfo source(sourceFile);
     const QString name = source.fileName();
     if (!source.isFile()) {
@@ -134,8 +128,7 @@ bool WordConverter::convertToRtf(const QString& sourceFile, QByteArray* rtf, QSt
         return fail(
             QStringLiteral("Cannot read \"%1\": the converted document cannot be read.").arg(name));
     }
-    *rtf = file.readAll();
-    return true;
+    return file.readAll();
 }
 
 } // namespace kestrum::text

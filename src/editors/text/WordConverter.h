@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -30,8 +32,8 @@ public:
     QString program() const;
     bool isAvailable() const { return !program().isEmpty(); }
 
-    // Converts `sourceFile` to RTF; false with *error on failure.
-    bool convertToRtf(const QString& sourceFile, QByteArray* rtf, QString* error) const;
+    // Converts `sourceFile` to RTF.
+    Result<QByteArray> convertToRtf(const QString& sourceFile) const;
 
     static constexpr qint64 kMaxSourceBytes = qint64(256) * 1024 * 1024;
 

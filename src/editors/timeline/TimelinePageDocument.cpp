@@ -12,22 +12,18 @@ const TimelineTextLimits kLimits;
 
 TimelinePageDocument::TimelinePageDocument(QObject* parent) : store::PageDocument(parent) {}
 
-bool TimelinePageDocument::writeContent(QByteArray& out, QString*)
+Result<QByteArray> TimelinePageDocument::writeContent()
 {
-    out = TimelineText::encode(TimelineText::SaveTimeLineToString(m_model));
-    return true;
+    return TimelineText::encode(TimelineText::SaveTimeLineToString(m_model));
 }
 
-bool TimelinePageDocument::readContent(const QByteArray& in, QString* error)
+Status TimelinePageDocument::readContent(const QByteArray& in)
 {
     m_model = TimelineModel();
     m_loadWarning.clear();
     if (in.size() > kLimits.maxChars) {
-        if (error) {
-            *error = QStringLiteral("the timeline text is too large (%1 bytes)").arg(in.size());
-        }
         emit contentReset();
-        return false;
+        return fail(QStringLiteral("the timeline text is too large (%1 bytes)").arg(in.size()));
     }
     const Status loaded =
         TimelineText::LoadTimeLinefromString(m_model, TimelineText::decode(in), kLimits);
@@ -36,15 +32,12 @@ bool TimelinePageDocument::readContent(const QByteArray& in, QString* error)
         if (m_model.events.size() >= std::size_t(kLimits.maxEvents)) {
             // Not a page this program wrote: refuse it whole.
             m_model = TimelineModel();
-            if (error) {
-                *error = m_loadWarning;
-            }
             emit contentReset();
-            return false;
+            return fail(m_loadWarning);
         }
     }
     emit contentReset();
-    return true;
+    return {};
 }
 
 void TimelinePageDocument::clear()
@@ -54,22 +47,16 @@ void TimelinePageDocument::clear()
     emit contentReset();
 }
 
-bool TimelinePageDocument::importFile(const QString& path, QString* error)
+Status TimelinePageDocument::importFile(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        if (error) {
-            *error = QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString());
-        }
-        return false;
+        return fail(QStringLiteral("Cannot read \"%1\": %2").arg(path, file.errorString()));
     }
     if (file.size() > kLimits.maxChars) {
-        if (error) {
-            *error = QStringLiteral("\"%1\" is too large for a timeline").arg(path);
-        }
-        return false;
+        return fail(QStringLiteral("\"%1\" is too large for a timeline").arg(path));
     }
-    return readContent(file.readAll(), error);
+    return readContent(file.readAll());
 }
 
 } // namespace kestrum::timeline

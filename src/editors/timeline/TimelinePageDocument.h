@@ -14,16 +14,16 @@ public:
     explicit TimelinePageDocument(QObject* parent = nullptr);
 
     store::EditorKind kind() const override { return store::EditorKind::Timeline; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content is an empty page. A text too large to be a page is refused; a number or
     // colour that does not convert ends the load, the lines before it kept, and loadWarning()
     // says why.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     // Empties the events and the link list; range, scale and colours stay as they are (a
     // page that is not found leaves the timeline so).
     void clear() override;
     // A timeline text file (".txt" or any other name): read as page content.
-    bool importFile(const QString& path, QString* error) override;
+    Status importFile(const QString& path) override;
 
     TimelineModel& model() { return m_model; }
     const TimelineModel& model() const { return m_model; }

@@ -15,37 +15,33 @@ CloudPageDocument::CloudPageDocument(QObject* parent) : store::PageDocument(pare
 
 CloudPageDocument::~CloudPageDocument() = default;
 
-bool CloudPageDocument::writeContent(QByteArray& out, QString* error)
+Result<QByteArray> CloudPageDocument::writeContent()
 {
+    QByteArray out;
     QBuffer buffer(&out);
     buffer.open(QIODevice::WriteOnly | QIODevice::Truncate);
     if (!m_cloud.SaveToStream(buffer)) {
-        if (error) {
-            *error = QStringLiteral("cannot write the word cloud document");
-        }
-        return false;
+        return fail(QStringLiteral("cannot write the word cloud document"));
     }
-    return true;
+    buffer.close();
+    return out;
 }
 
-bool CloudPageDocument::readContent(const QByteArray& in, QString* error)
+Status CloudPageDocument::readContent(const QByteArray& in)
 {
     if (in.isEmpty()) {
         clear();
-        return true;
+        return {};
     }
     QByteArray bytes = in;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    const bool ok = m_cloud.LoadFromStream(buffer);
-    if (!ok) {
+    const Status loaded = m_cloud.LoadFromStream(buffer);
+    if (!loaded) {
         m_cloud.ClearWords();
-        if (error) {
-            *error = m_cloud.LastError();
-        }
     }
     emit contentReset();
-    return ok;
+    return loaded;
 }
 
 void CloudPageDocument::clear()

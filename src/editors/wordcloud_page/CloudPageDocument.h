@@ -18,9 +18,9 @@ public:
     ~CloudPageDocument() override;
 
     store::EditorKind kind() const override { return store::EditorKind::WordCloud; }
-    bool writeContent(QByteArray& out, QString* error) override;
+    Result<QByteArray> writeContent() override;
     // An empty content clears the cloud.
-    bool readContent(const QByteArray& in, QString* error) override;
+    Status readContent(const QByteArray& in) override;
     void clear() override;
 
     wordcloud::TprWordCloud& cloud() { return m_cloud; }

@@ -27,9 +27,9 @@ Result<std::unique_ptr<TprWordCloud>> CloudPageExporter::load(const QByteArray& 
         QBuffer buffer(&bytes);
         buffer.open(QIODevice::ReadOnly);
         // Read without a drawing area, so that the stored places are kept as they are.
-        if (!cloud->LoadFromStream(buffer)) {
+        if (const Status loaded = cloud->LoadFromStream(buffer); !loaded) {
             return fail(
-                QStringLiteral("the word cloud document is damaged: %1").arg(cloud->LastError()));
+                QStringLiteral("the word cloud document is damaged: %1").arg(loaded.error()));
         }
     }
     const wordcloud::CloudRect stored = cloud->StartingCanvasRect();
@@ -59,11 +59,7 @@ Status CloudPageExporter::writeFile(const QByteArray& content, const QString& ou
     if (!cloud) {
         return fail(cloud.error());
     }
-    QString error;
-    if (!(*cloud)->SaveToPictureFile(outFile, extension, &error)) {
-        return fail(error);
-    }
-    return {};
+    return (*cloud)->SaveToPictureFile(outFile, extension);
 }
 
 Result<QByteArray> CloudPageExporter::png(const QByteArray& content)

@@ -60,7 +60,7 @@ private:
 
     void load(const Chart& chart)
     {
-        QVERIFY(m_editor->document().readContent(ChartStream::write(chart), nullptr));
+        QVERIFY(m_editor->document().readContent(ChartStream::write(chart)));
     }
     bool down(const char* name) const { return m_editor->action(QLatin1String(name))->isChecked(); }
     bool enabled(const char* name) const

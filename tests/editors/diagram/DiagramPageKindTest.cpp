@@ -52,9 +52,13 @@ private slots:
         QVERIFY(qobject_cast<DiagramPageDocument*>(document.get()));
         const QByteArray content = DiagramStream::write(test::sampleRing());
         QString error;
-        QVERIFY(document->readContent(content, &error));
+        const Status read = document->readContent(content);
+        error = read.error();
+        QVERIFY(read);
         QByteArray out;
-        QVERIFY(document->writeContent(out, &error));
+        const auto written = document->writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        out = *written;
         QCOMPARE(out, content);
     }
 
@@ -64,7 +68,9 @@ private slots:
         QSignalSpy changed(&page, &store::PageDocument::contentChanged);
         QSignalSpy reset(&page, &store::PageDocument::contentReset);
         QString error;
-        QVERIFY(page.readContent(DiagramStream::write(test::sampleRing()), &error));
+        const Status read2 = page.readContent(DiagramStream::write(test::sampleRing()));
+        error = read2.error();
+        QVERIFY(read2);
         QCOMPARE(changed.count(), 0);
         QCOMPARE(reset.count(), 1);
         page.change([](DiagramDocument& d) { d.setZoom(50); });
@@ -74,11 +80,15 @@ private slots:
         QVERIFY(page.diagram().links()[0].selected);
         QCOMPARE(changed.count(), 1); // selecting does not modify
         // A damaged content leaves the page empty with the reason.
-        QVERIFY(!page.readContent(QByteArray("KSTD\x01\x00\x00\x00", 8), &error));
+        const Status read3 = page.readContent(QByteArray("KSTD\x01\x00\x00\x00", 8));
+        error = read3.error();
+        QVERIFY(!read3);
         QVERIFY(error.startsWith(QLatin1String("damaged diagram stream")));
         QVERIFY(page.diagram().isEmpty());
         // An empty content is an empty diagram.
-        QVERIFY(page.readContent({}, &error));
+        const Status read4 = page.readContent({});
+        error = read4.error();
+        QVERIFY(read4);
         QVERIFY(page.diagram().isEmpty());
     }
 

@@ -49,9 +49,8 @@ private:
 
     void load(const DiagramDocument& d)
     {
-        QString error;
-        QVERIFY2(editor().document().readContent(DiagramStream::write(d), &error),
-                 qPrintable(error));
+        const Status read = editor().document().readContent(DiagramStream::write(d));
+        QVERIFY2(read, qPrintable(read.error()));
     }
     void select(std::vector<int> blocks, std::vector<int> links)
     {
@@ -139,13 +138,15 @@ private slots:
         }
         QVERIFY(editor().diagramChanged());
         QByteArray stored;
-        QVERIFY(editor().document().writeContent(stored, nullptr));
+        const auto written = editor().document().writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        stored = *written;
         QVERIFY(!DiagramStream::read(stored)->linkTextsVisible());
 
         // Showing a page sets the button from its first link.
         load(test::sampleRing());
         QVERIFY(editor().action(QStringLiteral("btnDiagramText"))->isChecked());
-        QVERIFY(editor().document().readContent(stored, nullptr));
+        QVERIFY(editor().document().readContent(stored));
         QVERIFY(!editor().action(QStringLiteral("btnDiagramText"))->isChecked());
     }
 

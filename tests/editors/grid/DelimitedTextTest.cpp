@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using kestrum::Result;
+using kestrum::Status;
 using namespace kestrum::grid;
 
 using Rows = QList<QStringList>;
@@ -20,7 +22,7 @@ namespace {
 Rows parse(const QString& text, QChar delimiter)
 {
     std::vector<QStringList> rows;
-    if (!DelimitedTextReader::parse(text, delimiter, &rows, nullptr)) {
+    if (!DelimitedTextReader::parse(text, delimiter, &rows)) {
         return {{QStringLiteral("<refused>")}};
     }
     return Rows(rows.begin(), rows.end());
@@ -108,7 +110,7 @@ private slots:
         const QString text = TextDecoder::decode(bytes, &used);
         QCOMPARE(int(used), encoding);
         GridDocument g;
-        QVERIFY(DelimitedTextReader::load(bytes, QLatin1Char(','), &g, nullptr));
+        QVERIFY(DelimitedTextReader::load(bytes, QLatin1Char(','), &g));
         QCOMPARE(g.text(0, 0), QStringLiteral("Café"));
         QCOMPARE(g.text(1, 0), QStringLiteral("Łódź"));
         QCOMPARE(g.text(2, 0), QStringLiteral("€"));
@@ -131,9 +133,8 @@ private slots:
         GridCellFormat bold;
         bold.fontStyle = FontStyle::Bold;
         g.setFormat(0, 1, bold);
-        QVERIFY(
-            DelimitedTextReader::load("Code,Count\nA very long code label that needs room,3\nB\n",
-                                      QLatin1Char(','), &g, nullptr));
+        QVERIFY(DelimitedTextReader::load(
+            "Code,Count\nA very long code label that needs room,3\nB\n", QLatin1Char(','), &g));
         QCOMPARE(g.rowCount(), 3);
         QCOMPARE(g.columnCount(), 2);
         QCOMPARE(g.fixedRows(), 1);
@@ -157,8 +158,10 @@ private slots:
         GridDocument g;
         g.setText(0, 0, QStringLiteral("kept"));
         QString error;
-        QVERIFY(!DelimitedTextReader::loadFile(path, QLatin1Char(','), &g, &error));
-        QVERIFY2(error.contains(QLatin1String("binary data")), qPrintable(error));
+        const Status loaded = DelimitedTextReader::loadFile(path, QLatin1Char(','), &g);
+        error = loaded.error();
+        QVERIFY(!loaded);
+        QVERIFY2(error.contains(QLatin1String("binary data")), qPrintable(loaded.error()));
         QVERIFY(error.contains(path));
         QCOMPARE(g.text(0, 0), QStringLiteral("kept"));
     }
@@ -175,8 +178,10 @@ private slots:
         QString error;
         QElapsedTimer timer;
         timer.start();
-        QVERIFY(!DelimitedTextReader::loadFile(path, QLatin1Char(','), &g, &error));
-        QVERIFY2(error.contains(QLatin1String("200 MB")), qPrintable(error));
+        const Status loaded2 = DelimitedTextReader::loadFile(path, QLatin1Char(','), &g);
+        error = loaded2.error();
+        QVERIFY(!loaded2);
+        QVERIFY2(error.contains(QLatin1String("200 MB")), qPrintable(loaded2.error()));
         QVERIFY(timer.elapsed() < 2000);
     }
 
@@ -185,7 +190,9 @@ private slots:
         const QString wide = QString(GridDocument::kMaxColumns + 1, QLatin1Char(','));
         std::vector<QStringList> rows;
         QString error;
-        QVERIFY(!DelimitedTextReader::parse(wide, QLatin1Char(','), &rows, &error));
+        const Status parsed = DelimitedTextReader::parse(wide, QLatin1Char(','), &rows);
+        error = parsed.error();
+        QVERIFY(!parsed);
         QVERIFY(error.contains(QLatin1String("more than a table can take")));
     }
 

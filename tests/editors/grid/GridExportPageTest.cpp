@@ -84,8 +84,8 @@ private slots:
         QString text;
         if (name.endsWith(QLatin1String(".doc"))) {
             kestrum::text::TextPageDocument page;
-            QString error;
-            QVERIFY2(page.readContent(bytes, &error), qPrintable(error));
+            const kestrum::Status read = page.readContent(bytes);
+            QVERIFY2(read, qPrintable(read.error()));
             text = kestrum::text::TextExporter::toPlainText(*page.textDocument());
         } else if (name.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive) ||
                    name.endsWith(QLatin1String(".html"), Qt::CaseInsensitive)) {

@@ -24,6 +24,8 @@
 #include <QTextTable>
 #include <QXmlStreamReader>
 
+using kestrum::Result;
+using kestrum::Status;
 using namespace kestrum::grid;
 using kestrum::grid::test::sampleGrid;
 using kestrum::grid::test::XlsProbe;
@@ -61,7 +63,11 @@ QString convert(const QString& file, const QString& filter, const QString& exten
 std::vector<QStringList> csvRows(const QString& path)
 {
     std::vector<QStringList> rows;
-    DelimitedTextReader::parse(QString::fromUtf8(readFile(path)), QLatin1Char(','), &rows, nullptr);
+    if (const Status parsed =
+            DelimitedTextReader::parse(QString::fromUtf8(readFile(path)), QLatin1Char(','), &rows);
+        !parsed) {
+        qWarning() << parsed.error();
+    }
     return rows;
 }
 
@@ -184,9 +190,11 @@ private slots:
         g.setText(2, 4, QStringLiteral("  padded  "));
         g.setText(3, 4, QStringLiteral("tab\there"));
         QByteArray bytes;
-        QVERIFY(GridExporter::encode(g, format, &bytes, nullptr));
+        const auto encoded = GridExporter::encode(g, format);
+        QVERIFY2(encoded, qPrintable(encoded.error()));
+        bytes = *encoded;
         GridDocument back;
-        QVERIFY(DelimitedTextReader::load(bytes, delimiter.front(), &back, nullptr));
+        QVERIFY(DelimitedTextReader::load(bytes, delimiter.front(), &back));
         compareRows(gridRows(back), gridRows(g));
     }
 
@@ -195,7 +203,9 @@ private slots:
         GridDocument g = sampleGrid();
         g.setColumnHidden(2, true);
         QByteArray bytes;
-        QVERIFY(GridExporter::encode(g, ExportFormat::CommaDelimited, &bytes, nullptr));
+        const auto encoded = GridExporter::encode(g, ExportFormat::CommaDelimited);
+        QVERIFY2(encoded, qPrintable(encoded.error()));
+        bytes = *encoded;
         QVERIFY(!bytes.contains("Group B"));
         QVERIFY(bytes.startsWith("Code,Group A,Age (#),Share\r\n"));
     }
@@ -299,7 +309,7 @@ private slots:
         g.setFixedRows(0);
         g.setText(1, 2, QStringLiteral("bell\x07 <&>"));
         const QString file = dir.filePath(QStringLiteral("t.xml"));
-        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Xml, nullptr));
+        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Xml));
         QCOMPARE(g.fixedRows(), 1);
         QXmlStreamReader xml(readFile(file));
         xml.setNamespaceProcessing(false);
@@ -327,7 +337,9 @@ private slots:
     {
         const GridDocument g = sampleGrid();
         QByteArray bytes;
-        QVERIFY(GridExporter::encode(g, ExportFormat::Word, &bytes, nullptr));
+        const auto encoded = GridExporter::encode(g, ExportFormat::Word);
+        QVERIFY2(encoded, qPrintable(encoded.error()));
+        bytes = *encoded;
         QVERIFY(bytes.startsWith("{\\rtf1"));
         for (const char c : bytes) {
             QVERIFY(uchar(c) < 0x80); // 7-bit: every reader takes it
@@ -346,7 +358,7 @@ private slots:
         QTemporaryDir dir;
         GridDocument g = sampleGrid();
         const QString file = dir.filePath(QStringLiteral("table.DOC"));
-        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Word, nullptr));
+        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Word));
         const QString html = convert(file, QStringLiteral("html:XHTML Writer File:UTF8"),
                                      QStringLiteral(".html"), dir);
         QVERIFY2(!html.isEmpty(), "LibreOffice could not convert the document");
@@ -365,7 +377,9 @@ private slots:
     {
         const GridDocument g = sampleGrid();
         QByteArray bytes;
-        QVERIFY(XlsWriter::write(g, &bytes, nullptr));
+        const auto encoded = XlsWriter::write(g);
+        QVERIFY2(encoded, qPrintable(encoded.error()));
+        bytes = *encoded;
         XlsProbe probe;
         QVERIFY2(probe.readCompound(bytes), qPrintable(probe.error));
         QVERIFY2(probe.readBiff(), qPrintable(probe.error));
@@ -393,7 +407,9 @@ private slots:
             }
         }
         QByteArray bytes;
-        QVERIFY(XlsWriter::write(g, &bytes, nullptr));
+        const auto encoded = XlsWriter::write(g);
+        QVERIFY2(encoded, qPrintable(encoded.error()));
+        bytes = *encoded;
         QVERIFY(bytes.size() > 109 * 128 * 512);
         XlsProbe probe;
         QVERIFY2(probe.readCompound(bytes), qPrintable(probe.error));
@@ -409,10 +425,9 @@ private slots:
     {
         GridDocument g;
         g.setSize(257, 2);
-        QByteArray bytes;
-        QString error;
-        QVERIFY(!XlsWriter::write(g, &bytes, &error));
-        QVERIFY(error.contains(QLatin1String("256 columns")));
+        const Result<QByteArray> bytes = XlsWriter::write(g);
+        QVERIFY(!bytes);
+        QVERIFY(bytes.error().contains(QLatin1String("256 columns")));
     }
 
     void xlsOpensInASpreadsheet_data()
@@ -438,8 +453,9 @@ private slots:
         }
         const QString file = dir.filePath(QStringLiteral("table.XLS"));
         QString error;
-        QVERIFY2(GridExporter::exportGrid(&g, file, ExportFormat::Excel, &error),
-                 qPrintable(error));
+        const Status exported = GridExporter::exportGrid(&g, file, ExportFormat::Excel);
+        error = exported.error();
+        QVERIFY2(exported, qPrintable(exported.error()));
         const QString csv =
             convert(file, QStringLiteral("csv:Text - txt - csv (StarCalc):44,34,76,1"),
                     QStringLiteral(".csv"), dir);
@@ -467,9 +483,9 @@ private slots:
         g.setColumnHidden(4, true);
         g.setWordWrap(true);
         const QString file = dir.filePath(QStringLiteral("t.WGF"));
-        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Native, nullptr));
+        QVERIFY(GridExporter::exportGrid(&g, file, ExportFormat::Native));
         GridDocument back;
-        QVERIFY(WgfFile::load(file, &back, nullptr));
+        QVERIFY(WgfFile::load(file, &back));
         QVERIFY(back.sameContent(g));
     }
 
@@ -519,7 +535,9 @@ private slots:
         GridDocument g = sampleGrid();
         const QString file = dir.filePath(QStringLiteral("missing-folder/t.CSV"));
         QString error;
-        QVERIFY(!GridExporter::exportGrid(&g, file, ExportFormat::CommaDelimited, &error));
+        const Status exported2 = GridExporter::exportGrid(&g, file, ExportFormat::CommaDelimited);
+        error = exported2.error();
+        QVERIFY(!exported2);
         QVERIFY(error.startsWith(QLatin1String("Cannot write")));
         QVERIFY(!QFile::exists(file));
     }

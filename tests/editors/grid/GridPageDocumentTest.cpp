@@ -36,8 +36,8 @@ store::PageKindTable gridKinds()
 
 void load(GridPageDocument& doc, const GridDocument& g)
 {
-    QString error;
-    QVERIFY2(doc.readContent(GridStream::write(g), &error), qPrintable(error));
+    const Status read = doc.readContent(GridStream::write(g));
+    QVERIFY2(read, qPrintable(read.error()));
 }
 
 GridSelection wholeColumnBelowHeader(const GridDocument& g, int col)
@@ -72,7 +72,7 @@ private slots:
         QSignalSpy reset(&doc, &GridPageDocument::gridReset);
         load(doc, sampleGrid());
         doc.clear();
-        QVERIFY(doc.readContent(QByteArray(), nullptr)); // empty content: a cleared grid
+        QVERIFY(doc.readContent(QByteArray())); // empty content: a cleared grid
         QCOMPARE(changed.count(), 0);
         QCOMPARE(reset.count(), 3);
         QVERIFY(doc.grid().sameContent(GridDocument()));
@@ -92,7 +92,9 @@ private slots:
         GridPageDocument doc;
         load(doc, sampleGrid());
         QString error;
-        QVERIFY(!doc.readContent(QByteArray("KSTG\x01\x00"), &error));
+        const Status read = doc.readContent(QByteArray("KSTG\x01\x00"));
+        error = read.error();
+        QVERIFY(!read);
         QVERIFY(error.startsWith(QLatin1String("damaged grid stream")));
         QVERIFY(doc.grid().sameContent(GridDocument()));
     }
@@ -249,7 +251,7 @@ private slots:
         GridPageDocument doc;
         load(doc, g);
         QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
-        QVERIFY(doc.exportTo(dir.filePath(QStringLiteral("t.xml")), 7, nullptr));
+        QVERIFY(doc.exportTo(dir.filePath(QStringLiteral("t.xml")), 7));
         QCOMPARE(doc.grid().fixedRows(), 1);
         QCOMPARE(changed.count(), 0);
     }
@@ -282,7 +284,7 @@ private slots:
             GridDocument g = sampleGrid();
             g.setColumnWidth(2, 2);
             g.setColumnHidden(3, true);
-            QVERIFY(WgfFile::save(source, g, nullptr));
+            QVERIFY(WgfFile::save(source, g));
         } else {
             writeFile(source, bytes);
         }
@@ -297,14 +299,14 @@ private slots:
         QCOMPARE(node->imageIndex(), store::PageType::Grid);
         QCOMPARE(warnings.count(), 0);
         const QByteArray stored = data.table()->readContent(node->data()).value_or(QByteArray());
-        QVERIFY(doc.readContent(storedAtOnce ? stored : data.unsavedImport(), nullptr));
+        QVERIFY(doc.readContent(storedAtOnce ? stored : data.unsavedImport()));
         QCOMPARE(changed.count(), 0); // taking a file in is no edit
         QCOMPARE(doc.grid().text(0, 1), cell10);
         QCOMPARE(!stored.isEmpty(), storedAtOnce);
         QCOMPARE(doc.storesImportImmediately(source), storedAtOnce);
         if (storedAtOnce) {
             GridDocument back;
-            QVERIFY(GridStream::read(stored, &back, nullptr));
+            QVERIFY(GridStream::read(stored, &back));
             QCOMPARE(back.fixedColumns(), 0);  // fixed columns dropped
             QVERIFY(!back.hasHiddenColumns()); // columns shown
             QCOMPARE(back.columnWidth(2), 20); // too narrow to see: widened
@@ -319,9 +321,9 @@ private slots:
         writeFile(dir.filePath(QStringLiteral("b.csv")), "x,y\n");
         GridPageDocument doc;
         QCOMPARE(doc.delimiter(), QLatin1Char(','));
-        QVERIFY(doc.importFile(dir.filePath(QStringLiteral("a.tab")), nullptr));
+        QVERIFY(doc.importFile(dir.filePath(QStringLiteral("a.tab"))));
         QCOMPARE(doc.delimiter(), QLatin1Char('\t'));
-        QVERIFY(doc.importFile(dir.filePath(QStringLiteral("b.csv")), nullptr));
+        QVERIFY(doc.importFile(dir.filePath(QStringLiteral("b.csv"))));
         QCOMPARE(doc.delimiter(), QLatin1Char(','));
     }
 

@@ -14,6 +14,8 @@
 
 #include <functional>
 
+using kestrum::Result;
+using kestrum::Status;
 using namespace kestrum::grid;
 using kestrum::grid::test::sampleGrid;
 
@@ -24,9 +26,8 @@ using Change = std::function<void(GridDocument&)>;
 GridDocument roundTrip(const GridDocument& g)
 {
     GridDocument back;
-    QString error;
-    if (!GridStream::read(GridStream::write(g), &back, &error)) {
-        qWarning() << error;
+    if (const Status read = GridStream::read(GridStream::write(g), &back); !read) {
+        qWarning() << read.error();
     }
     return back;
 }
@@ -136,17 +137,17 @@ private slots:
         QTemporaryDir dir;
         const GridDocument g = sampleGrid();
         const QString wgf = dir.filePath(QStringLiteral("table.wgf"));
-        QVERIFY(WgfFile::save(wgf, g, nullptr));
+        QVERIFY(WgfFile::save(wgf, g));
         QFile file(wgf);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray bytes = file.readAll();
         QVERIFY(bytes.startsWith("KWGF\x01\x00\x00\x00KSTG"));
         GridDocument back;
-        QVERIFY(WgfFile::load(wgf, &back, nullptr));
+        QVERIFY(WgfFile::load(wgf, &back));
         QVERIFY(back.sameContent(g));
         // A host may write the bare stream (a ".grid2" file).
         GridDocument bare;
-        QVERIFY(WgfFile::decode(GridStream::write(g), &bare, nullptr));
+        QVERIFY(WgfFile::decode(GridStream::write(g), &bare));
         QVERIFY(bare.sameContent(g));
     }
 
@@ -206,8 +207,8 @@ private slots:
         QTest::newRow("missing format") << withFormat(0, 0, 10, 0, 1) << "missing format";
         // The builder itself makes a valid stream when nothing is wrong.
         GridDocument check;
-        QVERIFY(GridStream::read(withFormat(CellAlignment::Right, FontStyle::Bold, 10, 0, 0),
-                                 &check, nullptr));
+        QVERIFY(
+            GridStream::read(withFormat(CellAlignment::Right, FontStyle::Bold, 10, 0, 0), &check));
         QCOMPARE(check.format(0, 0).alignment, CellAlignment::Right);
     }
     void damagedInputIsRefused()
@@ -216,8 +217,10 @@ private slots:
         QFETCH(QString, message);
         GridDocument g = sampleGrid();
         QString error;
-        QVERIFY(!GridStream::read(data, &g, &error));
-        QVERIFY2(error.contains(message), qPrintable(error));
+        const Status read = GridStream::read(data, &g);
+        error = read.error();
+        QVERIFY(!read);
+        QVERIFY2(error.contains(message), qPrintable(read.error()));
         QVERIFY(error.startsWith(QLatin1String("damaged grid stream: ")));
         QVERIFY(g.sameContent(sampleGrid()));
     }
@@ -228,7 +231,9 @@ private slots:
         for (qsizetype n = 0; n < good.size(); ++n) {
             GridDocument g;
             QString error;
-            QVERIFY2(!GridStream::read(good.left(n), &g, &error), qPrintable(QString::number(n)));
+            const Status read2 = GridStream::read(good.left(n), &g);
+            error = read2.error();
+            QVERIFY2(!read2, qPrintable(QString::number(n)));
             QVERIFY(!error.isEmpty());
         }
     }
@@ -247,10 +252,9 @@ private slots:
                 bad[qsizetype(random.bounded(quint32(bad.size())))] = char(random.bounded(256));
             }
             GridDocument g;
-            QString error;
-            if (!GridStream::read(bad, &g, &error)) {
+            if (const Status read = GridStream::read(bad, &g); !read) {
                 ++refused;
-                QVERIFY(!error.isEmpty());
+                QVERIFY(!read.error().isEmpty());
             }
         }
         QVERIFY(refused > 0);
@@ -279,8 +283,10 @@ private slots:
         f.close();
         GridDocument g = sampleGrid();
         QString error;
-        QVERIFY(!WgfFile::load(path, &g, &error));
-        QVERIFY2(error.contains(message), qPrintable(error));
+        const Status loaded = WgfFile::load(path, &g);
+        error = loaded.error();
+        QVERIFY(!loaded);
+        QVERIFY2(error.contains(message), qPrintable(loaded.error()));
         QVERIFY(error.contains(path));
         QVERIFY(g.sameContent(sampleGrid()));
     }
@@ -289,7 +295,9 @@ private slots:
     {
         GridDocument g;
         QString error;
-        QVERIFY(!WgfFile::load(QStringLiteral("/nonexistent/folder/t.wgf"), &g, &error));
+        const Status loaded2 = WgfFile::load(QStringLiteral("/nonexistent/folder/t.wgf"), &g);
+        error = loaded2.error();
+        QVERIFY(!loaded2);
         QVERIFY(error.startsWith(QLatin1String("Cannot read")));
     }
 };

@@ -68,7 +68,7 @@ private:
 
     void load(const GridDocument& g)
     {
-        QVERIFY(editor().document().readContent(GridStream::write(g), nullptr));
+        QVERIFY(editor().document().readContent(GridStream::write(g)));
     }
 
 private slots:

@@ -106,11 +106,15 @@ private slots:
         QFETCH(QByteArray, bytes);
         ImagePageDocument doc;
         QString error;
-        QVERIFY2(doc.readContent(bytes, &error), qPrintable(error));
+        const Status read = doc.readContent(bytes);
+        error = read.error();
+        QVERIFY2(read, qPrintable(read.error()));
         QCOMPARE(doc.picture().format(), QImage::Format_RGB888);
         QCOMPARE(doc.picture().size(), QSize(5, 3));
         QByteArray out;
-        QVERIFY(doc.writeContent(out, &error));
+        const auto written = doc.writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        out = *written;
         QCOMPARE(quint8(out[28]), quint8(24));
     }
 
@@ -147,8 +151,10 @@ private slots:
         ImagePageDocument doc;
         doc.setPicture(sample());
         QString error;
-        QVERIFY(!doc.readContent(bytes, &error));
-        QVERIFY2(error.contains(message), qPrintable(error));
+        const Status read2 = doc.readContent(bytes);
+        error = read2.error();
+        QVERIFY(!read2);
+        QVERIFY2(error.contains(message), qPrintable(read2.error()));
         QVERIFY(doc.picture().isNull());
     }
 
@@ -240,9 +246,11 @@ private slots:
             exports::pageKindTable().makeDocument(store::EditorKind::Image);
         QVERIFY(dynamic_cast<ImagePageDocument*>(doc.get()));
         const QByteArray bmp = BmpFile::write(sample());
-        QVERIFY(doc->readContent(bmp, nullptr));
+        QVERIFY(doc->readContent(bmp));
         QByteArray out;
-        QVERIFY(doc->writeContent(out, nullptr));
+        const auto written = doc->writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        out = *written;
         QCOMPARE(out, bmp);
 
         QTemporaryDir dir;

@@ -53,7 +53,7 @@ private slots:
     {
         TRMImageEditor a;
         TRMImageEditor b;
-        QVERIFY(a.document().readContent(BmpFile::write(picture(200, 100)), nullptr));
+        QVERIFY(a.document().readContent(BmpFile::write(picture(200, 100))));
         QCOMPARE(a.view()->size(), QSize(200, 100));
         QSignalSpy status(&a, &TRMImageEditor::statusText);
         QSignalSpy changed(&a.document(), &store::PageDocument::contentChanged);
@@ -67,14 +67,16 @@ private slots:
         QCOMPARE(status.last().at(0).toString(), QStringLiteral(" 20%"));
         QCOMPARE(changed.count(), 0); // zooming is not a change of the page
         // Another page opened in another editor shows at the same zoom.
-        QVERIFY(b.document().readContent(BmpFile::write(picture(50, 30)), nullptr));
+        QVERIFY(b.document().readContent(BmpFile::write(picture(50, 30))));
         QCOMPARE(b.view()->size(), QSize(10, 6));
         TRMImageEditor::setZoomPercent(75);
         b.ZoomIn();
         QCOMPARE(TRMImageEditor::zoom(), 80);
         QCOMPARE(b.view()->size(), QSize(40, 24));
         QByteArray stored;
-        QVERIFY(b.document().writeContent(stored, nullptr));
+        const auto written = b.document().writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        stored = *written;
         QCOMPARE(BmpFile::read(stored)->size(), QSize(50, 30)); // stored full size
     }
 
@@ -112,7 +114,7 @@ private slots:
     {
         QTemporaryDir dir;
         TRMImageEditor editor;
-        QVERIFY(editor.document().readContent(BmpFile::write(picture(40, 30)), nullptr));
+        QVERIFY(editor.document().readContent(BmpFile::write(picture(40, 30))));
         m_dialogs->answerSaveFile(
             test::ScriptedDialogs::FileChoice{dir.filePath(QStringLiteral("shot.png")), 2});
         editor.action(QStringLiteral("SaveImageBtn"))->trigger();

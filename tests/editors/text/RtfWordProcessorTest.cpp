@@ -238,7 +238,9 @@ void RtfWordProcessorTest::listStartNumbers()
                               QStringLiteral("VI)"), QStringLiteral("aa.")}));
         QCOMPARE(TextExporter::toPlainText(d),
                  QStringLiteral("7. A\n8. B\nBetween\nV) C\nVI) D\naa. E\n"));
-        const QString html = QString::fromUtf8(TextExporter::toHtml(d, HtmlExportOptions()));
+        const auto written = TextExporter::toHtml(d, HtmlExportOptions());
+        QVERIFY2(written, qPrintable(written.error()));
+        const QString html = QString::fromUtf8(*written);
         QVERIFY(html.contains(QLatin1String("<ol start=\"7\"")));
         QVERIFY(html.contains(QLatin1String("<ol start=\"5\"")));
         QVERIFY(html.contains(QLatin1String("<ol start=\"27\"")));

@@ -119,8 +119,8 @@ private:
 
     void load(const QByteArray& content)
     {
-        QString error;
-        QVERIFY(m_doc->readContent(content, &error));
+        const Status read = m_doc->readContent(content);
+        QVERIFY(read);
     }
     void selectText(const QString& text)
     {
@@ -384,7 +384,9 @@ void TRMWPEditorTest::blackBackgroundIsColourNumber18()
     QCOMPARE(m_doc->colours().indexOf(background), ColourTable::kBlackBackgroundNumber);
     QByteArray rtf;
     QString error;
-    QVERIFY(m_doc->writeContent(rtf, &error));
+    const auto written = m_doc->writeContent();
+    QVERIFY2(written, qPrintable(written.error()));
+    rtf = *written;
     QVERIFY(rtf.contains("\\chcbpat18 some words"));
     // Through the selector as the user does it.
     selectText(QStringLiteral("First"));

@@ -44,10 +44,8 @@ QString textOf(const QString& path, const QTemporaryDir& dir)
     const QByteArray bytes = readFile(path);
     if (suffix == QLatin1String("rtf")) {
         kestrum::text::TextPageDocument page;
-        QString error;
-        return page.readContent(bytes, &error)
-                   ? kestrum::text::TextExporter::toPlainText(*page.textDocument())
-                   : error;
+        const kestrum::Status read = page.readContent(bytes);
+        return read ? kestrum::text::TextExporter::toPlainText(*page.textDocument()) : read.error();
     }
     if (suffix.startsWith(QLatin1String("htm"))) {
         QTextDocument document;

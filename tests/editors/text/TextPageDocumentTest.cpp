@@ -158,16 +158,19 @@ void TextPageDocumentTest::readsEachFormat()
     QFETCH(QString, text);
     QFETCH(int, format);
     TextPageDocument doc;
-    QString error;
-    QVERIFY2(doc.readContent(bytes, &error), qPrintable(error));
+    const Status read = doc.readContent(bytes);
+    QVERIFY2(read, qPrintable(read.error()));
     QCOMPARE(plain(doc), text);
     QCOMPARE(int(doc.loadedFormat()), format);
     // Whatever was read is written as RTF.
     QByteArray out;
-    QVERIFY(doc.writeContent(out, &error));
+    const auto written = doc.writeContent();
+    QVERIFY2(written, qPrintable(written.error()));
+    out = *written;
     QVERIFY(out.startsWith("{\\rtf1"));
     TextPageDocument again;
-    QVERIFY(again.readContent(out, &error));
+    const Status read2 = again.readContent(out);
+    QVERIFY(read2);
     QCOMPARE(plain(again), text);
 }
 
@@ -176,13 +179,17 @@ void TextPageDocumentTest::loadingIsNotAnEdit()
     QTemporaryDir dir;
     TextPageDocument doc;
     QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
-    QString error;
-    QVERIFY(doc.readContent(kRtf, &error));
+    const Status read = doc.readContent(kRtf);
+    QVERIFY(read);
     doc.clear();
-    QVERIFY(doc.readContent("<p>html</p>", &error));
-    QVERIFY(doc.importFile(writeFile(dir, "a.rtf", kRtf), &error));
-    QVERIFY(doc.importFile(writeFile(dir, "b.txt", "text"), &error));
-    QVERIFY(doc.loadFile(writeFile(dir, "c.htm", "<p>c</p>"), &error));
+    const Status read2 = doc.readContent("<p>html</p>");
+    QVERIFY(read2);
+    const Status imported = doc.importFile(writeFile(dir, "a.rtf", kRtf));
+    QVERIFY(imported);
+    const Status imported2 = doc.importFile(writeFile(dir, "b.txt", "text"));
+    QVERIFY(imported2);
+    const Status loaded = doc.loadFile(writeFile(dir, "c.htm", "<p>c</p>"));
+    QVERIFY(loaded);
     QCOMPARE(changed.count(), 0);
     QVERIFY(!doc.textDocument()->isModified());
 }
@@ -190,8 +197,8 @@ void TextPageDocumentTest::loadingIsNotAnEdit()
 void TextPageDocumentTest::editsAreReported()
 {
     TextPageDocument doc;
-    QString error;
-    QVERIFY(doc.readContent(kRtf, &error));
+    const Status read = doc.readContent(kRtf);
+    QVERIFY(read);
     QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
     QTextCursor cursor(doc.textDocument());
     cursor.insertText(QStringLiteral("typed "));
@@ -214,10 +221,10 @@ void TextPageDocumentTest::editsAreReported()
 void TextPageDocumentTest::undoStartsAfterLoading()
 {
     TextPageDocument doc;
-    QString error;
     QTextCursor(doc.textDocument()).insertText(QStringLiteral("page one edit"));
     QVERIFY(doc.textDocument()->isUndoAvailable());
-    QVERIFY(doc.readContent(kRtf, &error));
+    const Status read = doc.readContent(kRtf);
+    QVERIFY(read);
     QVERIFY(!doc.textDocument()->isUndoAvailable());
     QVERIFY(doc.textDocument()->isUndoRedoEnabled());
 }
@@ -251,7 +258,9 @@ void TextPageDocumentTest::importByExtension()
     QTemporaryDir dir;
     TextPageDocument doc;
     QString error;
-    QCOMPARE(doc.importFile(writeFile(dir, name, bytes), &error), loaded);
+    const Status imported = doc.importFile(writeFile(dir, name, bytes));
+    error = imported.error();
+    QCOMPARE(imported.ok(), loaded);
     QCOMPARE(plain(doc), text);
     if (!loaded) {
         QVERIFY(error.contains(name));
@@ -270,12 +279,18 @@ void TextPageDocumentTest::converterMissingTimesOutOrFails()
     WordConverterOptions missing;
     missing.program = dir.filePath(QStringLiteral("no-such-soffice"));
     doc.setConverterOptions(missing);
-    QVERIFY(doc.readContent(kRtf, &error));
-    QVERIFY(!doc.importFile(doc1, &error));
+    const Status read = doc.readContent(kRtf);
+    error = read.error();
+    QVERIFY(read);
+    const Status imported = doc.importFile(doc1);
+    error = imported.error();
+    QVERIFY(!imported);
     QVERIFY(error.contains(QStringLiteral("no word-processor converter is installed")));
     QVERIFY(error.contains(QStringLiteral("report.doc")));
     QCOMPARE(plain(doc), QString()); // nothing loaded: an empty page
-    QVERIFY(!doc.importFile(html, &error));
+    const Status imported2 = doc.importFile(html);
+    error = imported2.error();
+    QVERIFY(!imported2);
     QVERIFY(error.contains(QStringLiteral("page.HTML")));
 
     WordConverterOptions slow;
@@ -284,7 +299,9 @@ void TextPageDocumentTest::converterMissingTimesOutOrFails()
     doc.setConverterOptions(slow);
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(!doc.importFile(doc1, &error));
+    const Status imported3 = doc.importFile(doc1);
+    error = imported3.error();
+    QVERIFY(!imported3);
     QVERIFY(timer.elapsed() < 10000);
     QVERIFY2(error.contains(QStringLiteral("did not finish")), qPrintable(error));
 
@@ -292,8 +309,10 @@ void TextPageDocumentTest::converterMissingTimesOutOrFails()
     failing.program =
         script(dir, "bad-soffice", "echo 'Error: source file could not be loaded' >&2; exit 1");
     doc.setConverterOptions(failing);
-    QVERIFY(!doc.importFile(doc1, &error));
-    QVERIFY2(error.contains(QStringLiteral("could not be loaded")), qPrintable(error));
+    const Status imported4 = doc.importFile(doc1);
+    error = imported4.error();
+    QVERIFY(!imported4);
+    QVERIFY2(error.contains(QStringLiteral("could not be loaded")), qPrintable(imported4.error()));
 
     // A converter that writes its RTF where LibreOffice does.
     WordConverterOptions fake;
@@ -303,7 +322,9 @@ void TextPageDocumentTest::converterMissingTimesOutOrFails()
                           "&& out=\"$a\"; prev=\"$a\"; done\n"
                           "printf '{\\\\rtf1 converted text\\\\par}' > \"$out/document.rtf\"");
     doc.setConverterOptions(fake);
-    QVERIFY2(doc.importFile(doc1, &error), qPrintable(error));
+    const Status imported5 = doc.importFile(doc1);
+    error = imported5.error();
+    QVERIFY2(imported5, qPrintable(imported5.error()));
     QCOMPARE(plain(doc), QStringLiteral("converted text"));
 }
 
@@ -367,8 +388,8 @@ void TextPageDocumentTest::storeMissingPageLeavesTheEditor()
     store::TRMData data;
     data.setPageKinds(textKinds());
     data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
-    QString error;
-    QVERIFY(doc.readContent(kRtf, &error));
+    const Status read = doc.readContent(kRtf);
+    QVERIFY(read);
     const QString shown = plain(doc);
     QVERIFY(!shown.isEmpty());
     QVERIFY(!data.GetWP(987654, doc));
@@ -408,15 +429,14 @@ void TextPageDocumentTest::exports()
     QImage image(6, 4, QImage::Format_RGB32);
     image.fill(Qt::red);
     cursor.insertImage(DocumentPictures::add(doc.textDocument(), image, {}));
-    QString error;
 
     const QString rtf = dir.filePath(QStringLiteral("out.rtf"));
-    QVERIFY(doc.exportFile(rtf, TextExporter::Format::Rtf, &error));
+    QVERIFY(doc.exportFile(rtf, TextExporter::Format::Rtf));
     QVERIFY(readFile(rtf).contains("SECRET")); // hidden text stays in RTF, as hidden text
     QVERIFY(readFile(rtf).contains("{\\v"));
 
     const QString html = dir.filePath(QStringLiteral("out.html"));
-    QVERIFY(doc.exportFile(html, TextExporter::Format::Html, &error));
+    QVERIFY(doc.exportFile(html, TextExporter::Format::Html));
     const QByteArray htmlBytes = readFile(html);
     QVERIFY(htmlBytes.startsWith("<HTML><HEAD>"));
     QVERIFY(htmlBytes.contains("<BODY>"));
@@ -427,39 +447,42 @@ void TextPageDocumentTest::exports()
             QColor(Qt::red));
 
     const QString txt = dir.filePath(QStringLiteral("out.txt"));
-    QVERIFY(doc.exportFile(txt, TextExporter::Format::PlainText, &error));
+    QVERIFY(doc.exportFile(txt, TextExporter::Format::PlainText));
     QCOMPARE(QString::fromUtf8(readFile(txt)), QStringLiteral("Exported text \n\n"));
 
     const QString odt = dir.filePath(QStringLiteral("out.odt"));
-    QVERIFY(doc.exportFile(odt, TextExporter::Format::Odt, &error));
+    QVERIFY(doc.exportFile(odt, TextExporter::Format::Odt));
     const QByteArray zip = readFile(odt);
     QVERIFY(zip.startsWith("PK"));
     QVERIFY(zip.contains("application/vnd.oasis.opendocument.text"));
 
-    QVERIFY(!doc.exportFile(dir.filePath(QStringLiteral("missing/folder/x.rtf")),
-                            TextExporter::Format::Rtf, &error));
-    QVERIFY(error.contains(QStringLiteral("Cannot write")));
+    const Status refused = doc.exportFile(dir.filePath(QStringLiteral("missing/folder/x.rtf")),
+                                          TextExporter::Format::Rtf);
+    QVERIFY(!refused);
+    QVERIFY(refused.error().contains(QStringLiteral("Cannot write")));
 }
 
 void TextPageDocumentTest::htmlForReports()
 {
     TextPageDocument doc;
-    QString error;
-    QVERIFY(doc.readContent("{\\rtf1 Page {\\b one}\\par}", &error));
+    const Status read = doc.readContent("{\\rtf1 Page {\\b one}\\par}");
+    QVERIFY(read);
     QTextCursor cursor(doc.textDocument());
     cursor.movePosition(QTextCursor::End);
     QImage image(3, 3, QImage::Format_RGB32);
     image.fill(Qt::blue);
     cursor.insertImage(DocumentPictures::add(doc.textDocument(), image, {}));
     // Embedded pictures when no folder is given; otherwise files with the page's prefix.
-    const QByteArray embedded = doc.toHtml({});
+    const QByteArray embedded = doc.toHtml({}).value_or(QByteArray());
     QVERIFY(embedded.contains("src=\"data:image/png;base64,"));
     QTemporaryDir dir;
     HtmlExportOptions options;
     options.imageFolder = dir.filePath(QStringLiteral("report_files"));
     options.imageUrlPrefix = QStringLiteral("./report_files/");
     options.imageFilePrefix = QStringLiteral("page7-");
-    const QByteArray html = doc.toHtml(options, &error);
+    const Result<QByteArray> written = doc.toHtml(options);
+    QVERIFY2(written, qPrintable(written.error()));
+    const QByteArray html = *written;
     QVERIFY(html.contains("./report_files/page7-picture1.png"));
     QVERIFY(QFile::exists(dir.filePath(QStringLiteral("report_files/page7-picture1.png"))));
     // One plain <BODY> so that a report can cut each page at it.
@@ -470,13 +493,11 @@ void TextPageDocumentTest::htmlForReports()
 void TextPageDocumentTest::plainTextExport()
 {
     TextPageDocument doc;
-    QString error;
     QVERIFY(doc.readContent(
         "{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}\\listid1}}"
         "{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}"
         "Intro\\par\\pard\\ls1 first\\par second\\par\\pard"
-        "\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\pard end{\\v  hidden}\\par}",
-        &error));
+        "\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\pard end{\\v  hidden}\\par}"));
     QCOMPARE(TextExporter::toPlainText(*doc.textDocument()),
              QStringLiteral("Intro\n1. first\n2. second\na\tb\nend\n"));
 }
@@ -494,8 +515,7 @@ void TextPageDocumentTest::longListsNumberOn()
     }
     rtf += "}";
     TextPageDocument doc;
-    QString error;
-    QVERIFY(doc.readContent(rtf, &error));
+    QVERIFY(doc.readContent(rtf));
     auto expectNumbered = [&](const QTextDocument& document) {
         const QStringList lines = TextExporter::toPlainText(document).split(QLatin1Char('\n'));
         QCOMPARE(lines.size(), kItems + 1); // and the empty text after the final line break
@@ -507,15 +527,15 @@ void TextPageDocumentTest::longListsNumberOn()
     QVERIFY(doc.textDocument()->lastBlock().previous().textList() !=
             doc.textDocument()->firstBlock().textList());
 
-    QByteArray written;
-    QVERIFY(doc.writeContent(written, &error));
-    QVERIFY(written.contains("{\\listtext\\pard\\plain\\f0\\fs24 700.\\tab}"));
+    const Result<QByteArray> written = doc.writeContent();
+    QVERIFY(written);
+    QVERIFY(written->contains("{\\listtext\\pard\\plain\\f0\\fs24 700.\\tab}"));
     TextPageDocument reread;
-    QVERIFY(reread.readContent(written, &error));
+    QVERIFY(reread.readContent(*written));
     expectNumbered(*reread.textDocument());
 
     // HTML: every list after the first opens at its own number, so browsers count on.
-    const QString html = QString::fromUtf8(doc.toHtml({}));
+    const QString html = QString::fromUtf8(doc.toHtml({}).value_or(QByteArray()));
     int expectedStart = 1;
     qsizetype at = 0;
     int lists = 0;

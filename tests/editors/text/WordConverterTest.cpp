@@ -16,6 +16,8 @@
 #include <QUrl>
 #include <QtTest>
 
+using kestrum::Result;
+using kestrum::Status;
 using namespace kestrum::text;
 
 namespace {
@@ -99,10 +101,12 @@ void WordConverterTest::writtenRtfOpensInAnotherWordProcessor()
 {
     QTemporaryDir dir;
     TextPageDocument page;
-    QString error;
-    QVERIFY(page.readContent(kSample, &error));
+    const Status read = page.readContent(kSample);
+    QVERIFY(read);
     QByteArray rtf;
-    QVERIFY(page.writeContent(rtf, &error));
+    const auto written = page.writeContent();
+    QVERIFY2(written, qPrintable(written.error()));
+    rtf = *written;
     const QString source = writeFile(dir.filePath(QStringLiteral("written.rtf")), rtf);
     const QString text = QString::fromUtf8(readFile(
         m_converter.convert(source, QStringLiteral("txt:Text (encoded):UTF8"), dir.path())));
@@ -117,16 +121,19 @@ void WordConverterTest::rtfOfAnotherWordProcessorReadsBack()
     // Written here, rewritten by the other word processor, read here again.
     QTemporaryDir dir;
     TextPageDocument page;
-    QString error;
-    QVERIFY(page.readContent(kSample, &error));
+    const Status read = page.readContent(kSample);
+    QVERIFY(read);
     QByteArray rtf;
-    QVERIFY(page.writeContent(rtf, &error));
+    const auto written = page.writeContent();
+    QVERIFY2(written, qPrintable(written.error()));
+    rtf = *written;
     const QString source = writeFile(dir.filePath(QStringLiteral("mine.rtf")), rtf);
     const QByteArray theirs =
         readFile(m_converter.convert(source, QStringLiteral("rtf:Rich Text Format"), dir.path()));
     QVERIFY(theirs.startsWith("{\\rtf1"));
     TextPageDocument back;
-    QVERIFY(back.readContent(theirs, &error));
+    const Status read2 = back.readContent(theirs);
+    QVERIFY(read2);
     QTextDocument* doc = back.textDocument();
     const QTextCursor title = doc->find(QStringLiteral("Coding report"));
     QVERIFY(!title.isNull());
@@ -151,8 +158,8 @@ void WordConverterTest::wordDocumentThroughTheConverter()
     const QString doc = m_converter.convert(source, QStringLiteral("doc"), dir.path());
     QVERIFY(QFile::exists(doc));
     TextPageDocument page;
-    QString error;
-    QVERIFY2(page.importFile(doc, &error), qPrintable(error));
+    const Status imported = page.importFile(doc);
+    QVERIFY2(imported, qPrintable(imported.error()));
     QVERIFY(!page.textDocument()->find(QStringLiteral("Coding report")).isNull());
     QVERIFY(page.textDocument()->find(QStringLiteral("Cell B")).currentTable());
 }
@@ -165,8 +172,8 @@ void WordConverterTest::htmlThroughTheConverter()
                   "<html><head><meta charset=\"utf-8\"></head><body><h1>Heading</h1>"
                   "<p>Some <b>bold</b> words \xc3\xa9</p></body></html>");
     TextPageDocument page;
-    QString error;
-    QVERIFY2(page.importFile(html, &error), qPrintable(error));
+    const Status imported = page.importFile(html);
+    QVERIFY2(imported, qPrintable(imported.error()));
     const QTextCursor bold = page.textDocument()->find(QStringLiteral("bold"));
     QVERIFY(!bold.isNull());
     QTextCursor at(page.textDocument());

@@ -73,7 +73,7 @@ private slots:
         m_page->resize(900, 420);
         m_page->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
-        QVERIFY(page().document().readContent(kPage, nullptr));
+        QVERIFY(page().document().readContent(kPage));
     }
     void cleanup()
     {
@@ -294,7 +294,7 @@ private slots:
 
     void damagedPageShowsWhy()
     {
-        QVERIFY(page().document().readContent("Event\ta\tb\tnot a day", nullptr));
+        QVERIFY(page().document().readContent("Event\ta\tb\tnot a day"));
         QCOMPARE(page().model().events.size(), std::size_t(1));
         QVERIFY(m_dialogs->messages().last().contains(QLatin1String("'not a day'")));
     }

@@ -38,11 +38,15 @@ private slots:
         QSignalSpy reset(doc.get(), &store::PageDocument::contentReset);
         QSignalSpy changed(doc.get(), &store::PageDocument::contentChanged);
         QString error;
-        QVERIFY(doc->readContent(kPage, &error));
+        const Status read = doc->readContent(kPage);
+        error = read.error();
+        QVERIFY(read);
         QCOMPARE(reset.count(), 1);
         QCOMPARE(changed.count(), 0); // loading is not an edit
         QByteArray out;
-        QVERIFY(doc->writeContent(out, &error));
+        const auto written = doc->writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
+        out = *written;
         QCOMPARE(out, kPage); // a page written by this program reads and writes unchanged
         QCOMPARE(exports::pageKindTable().pageTypeForFile(QStringLiteral("x.png")),
                  store::PageType::Image);
@@ -59,7 +63,7 @@ private slots:
             data.DBCreate(file);
             id = data.AddRecord(store::PageType::Timeline, QStringLiteral("Milestones"), {});
             TimelinePageDocument doc;
-            QVERIFY(doc.readContent(kPage, nullptr));
+            QVERIFY(doc.readContent(kPage));
             doc.model().events[1].annotation = QStringLiteral("Édition");
             QVERIFY(data.SaveTimeLine(id, doc));
             data.CloseFile();
@@ -87,8 +91,7 @@ private slots:
         TimelinePageDocument doc;
         QString error;
         QVERIFY(doc.readContent("Range\t1\t2\r\nEvent\ta\tb\t40000\r\nEvent\tc\td\tyesterday\r\n"
-                                "Event\te\tf\t40001",
-                                &error));
+                                "Event\te\tf\t40001"));
         QCOMPARE(doc.model().events.size(), std::size_t(2));
         QCOMPARE(doc.model().rangeTo, 2.0);
         QVERIFY(doc.loadWarning().contains(QLatin1String("Line 3: 'yesterday'")));
@@ -98,11 +101,16 @@ private slots:
         for (int i = 0; i < 200001; ++i) {
             huge += "Event\t\t\t1\n";
         }
-        QVERIFY(!doc.readContent(huge, &error));
-        QVERIFY2(error.contains(QLatin1String("more than 200000 events")), qPrintable(error));
+        const Status read2 = doc.readContent(huge);
+        error = read2.error();
+        QVERIFY(!read2);
+        QVERIFY2(error.contains(QLatin1String("more than 200000 events")),
+                 qPrintable(read2.error()));
         QVERIFY(doc.model().events.empty());
 
-        QVERIFY(doc.readContent(QByteArray(), &error)); // an empty content is an empty page
+        const Status read3 = doc.readContent(QByteArray());
+        error = read3.error();
+        QVERIFY(read3); // an empty content is an empty page
         QVERIFY(doc.model().events.empty());
         QCOMPARE(doc.model().rangeFrom, 28491.0);
     }

@@ -64,14 +64,14 @@ private slots:
         QVERIFY(dynamic_cast<CloudPageDocument*>(doc.get()));
         QSignalSpy changed(doc.get(), &store::PageDocument::contentChanged);
         QSignalSpy reset(doc.get(), &store::PageDocument::contentReset);
-        QString error;
-        QVERIFY2(doc->readContent(stored, &error), qPrintable(error));
+        const Status read = doc->readContent(stored);
+        QVERIFY2(read, qPrintable(read.error()));
         QCOMPARE(reset.count(), 1);
         QCOMPARE(changed.count(), 0); // loading is not an edit
-        QByteArray written;
-        QVERIFY(doc->writeContent(written, &error));
+        const Result<QByteArray> written = doc->writeContent();
+        QVERIFY2(written, qPrintable(written.error()));
         // Without a drawing area the stored places are kept: the same document comes back.
-        QCOMPARE(written, stored);
+        QCOMPARE(*written, stored);
     }
 
     void roundTripThroughAProjectFile()
@@ -87,7 +87,7 @@ private slots:
             page = data.appendRecord(store::PageType::WordCloud, QStringLiteral("Cloud"),
                                      QByteArray(), QString());
             CloudPageDocument doc;
-            QVERIFY(doc.readContent(stored, nullptr));
+            QVERIFY(doc.readContent(stored));
             doc.cloud().SetUsePalette(true);
             doc.cloud().SetPalette(5);
             QVERIFY(data.SaveWordCloud(page, doc));
@@ -101,7 +101,7 @@ private slots:
         QVERIFY(again.cloud().UsePalette());
         QCOMPARE(int(again.cloud().Palette()), 5);
         CloudPageDocument original;
-        QVERIFY(original.readContent(stored, nullptr));
+        QVERIFY(original.readContent(stored));
         QCOMPARE(wordLines(again.cloud()), wordLines(original.cloud()));
         QCOMPARE(again.cloud().CountVisibleWords(), 30);
         reopened.CloseFile();
@@ -110,28 +110,32 @@ private slots:
     void emptyAndDamagedContent()
     {
         CloudPageDocument doc;
-        QVERIFY(doc.readContent(samples::laidOutDocument(10), nullptr));
+        QVERIFY(doc.readContent(samples::laidOutDocument(10)));
         QCOMPARE(doc.cloud().WordCount(), 10);
         // Empty content is an empty page.
-        QVERIFY(doc.readContent(QByteArray(), nullptr));
+        QVERIFY(doc.readContent(QByteArray()));
         QCOMPARE(doc.cloud().WordCount(), 0);
 
-        QVERIFY(doc.readContent(samples::laidOutDocument(10), nullptr));
+        QVERIFY(doc.readContent(samples::laidOutDocument(10)));
         QString error;
         QSignalSpy reset(&doc, &store::PageDocument::contentReset);
-        QVERIFY(!doc.readContent("<WordCloud version=\"2.0\"><Words/></WordCloud>", &error));
+        const Status read2 = doc.readContent("<WordCloud version=\"2.0\"><Words/></WordCloud>");
+        error = read2.error();
+        QVERIFY(!read2);
         QVERIFY(!error.isEmpty());
         QCOMPARE(doc.cloud().WordCount(), 0); // left cleared
         QCOMPARE(reset.count(), 1);
         error.clear();
-        QVERIFY(!doc.readContent(QByteArray("\x00\xff garbage", 10), &error));
+        const Status read3 = doc.readContent(QByteArray("\x00\xff garbage", 10));
+        error = read3.error();
+        QVERIFY(!read3);
         QVERIFY(!error.isEmpty());
     }
 
     void fitToClientScalesAndCentres()
     {
         CloudPageDocument doc;
-        QVERIFY(doc.readContent(samples::laidOutDocument(20, {400, 300}), nullptr));
+        QVERIFY(doc.readContent(samples::laidOutDocument(20, {400, 300})));
         const CloudRect area = doc.cloud().StartingCanvasRect();
         QCOMPARE(area, (CloudRect{10, 10, 390, 290}));
         const QStringList before = wordLines(doc.cloud());
@@ -147,7 +151,7 @@ private slots:
 
         // Wider only: the smaller ratio (height, 1) wins and the picture is centred across.
         CloudPageDocument wide;
-        QVERIFY(wide.readContent(samples::laidOutDocument(20, {400, 300}), nullptr));
+        QVERIFY(wide.readContent(samples::laidOutDocument(20, {400, 300})));
         wide.fitToClient({600, 300});
         const CloudRect moved = wide.cloud().Word(0)->BoundsRect();
         QCOMPARE(moved.width(), first.width());

@@ -61,7 +61,7 @@ private slots:
         m_editor->resize(640, 420);
         m_editor->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_editor.get()));
-        QVERIFY(editor().document().readContent(samples::laidOutDocument(40, {400, 300}), nullptr));
+        QVERIFY(editor().document().readContent(samples::laidOutDocument(40, {400, 300})));
     }
     void cleanup()
     {
@@ -207,7 +207,7 @@ private slots:
         // Many words: the layout takes long enough to be cancelled while it runs.
         wordcloud::TprWordCloud many;
         samples::fillCloud(many, 400, {400, 300});
-        QVERIFY(editor().document().readContent(samples::documentOf(many), nullptr));
+        QVERIFY(editor().document().readContent(samples::documentOf(many)));
         editor().cloud().SetAutoResizeCoverage(true);
         editor().cloud().SetRandomSeed(11);
         // A coverage at which the first run places every word.
@@ -230,11 +230,11 @@ private slots:
     {
         wordcloud::TprWordCloud many;
         samples::fillCloud(many, 400, {400, 300});
-        QVERIFY(editor().document().readContent(samples::documentOf(many), nullptr));
+        QVERIFY(editor().document().readContent(samples::documentOf(many)));
         QSignalSpy changed(&editor().document(), &store::PageDocument::contentChanged);
         editor().UpdateWordCloud();
         const QByteArray other = samples::laidOutDocument(7, {300, 200});
-        QVERIFY(editor().document().readContent(other, nullptr));
+        QVERIFY(editor().document().readContent(other));
         editor().waitForLayout();
         QCOMPARE(changed.count(), 0);
         QCOMPARE(editor().cloud().WordCount(), 7);

@@ -68,7 +68,7 @@ std::vector<QStringList> GridClipboardData::rowsFrom(const QMimeData* mime)
         rows.push_back(QStringList{QString()});
         return rows;
     }
-    if (!DelimitedTextReader::parse(text, QLatin1Char('\t'), &rows, nullptr)) {
+    if (!DelimitedTextReader::parse(text, QLatin1Char('\t'), &rows)) {
         rows.clear();
     }
     return rows;

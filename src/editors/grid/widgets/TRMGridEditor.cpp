@@ -716,8 +716,7 @@ void TRMGridEditor::SaveTableToDisk(const QString& fileName)
     }
     const int format = GridExporter::formatFor(choice->fileName, choice->filterIndex);
     const QString target = GridExporter::fileNameFor(choice->fileName, format);
-    QString error;
-    bool ok = false;
+    Status written;
     {
         WaitCursor wait;
         // The spreadsheet export runs with the selection hidden.
@@ -725,13 +724,13 @@ void TRMGridEditor::SaveTableToDisk(const QString& fileName)
         if (hideSelection) {
             m_view->setUpdatesEnabled(false);
         }
-        ok = m_document.exportTo(target, format, &error);
+        written = m_document.exportTo(target, format);
         if (hideSelection) {
             m_view->setUpdatesEnabled(true);
         }
     }
-    if (!ok) {
-        ui::dialogs().warning(this, error);
+    if (!written) {
+        ui::dialogs().warning(this, written.error());
     }
 }
 

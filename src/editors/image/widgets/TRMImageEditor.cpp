@@ -131,9 +131,8 @@ void TRMImageEditor::ZoomOut()
 
 bool TRMImageEditor::LoadPictureFile(const QString& fileName)
 {
-    QString error;
-    if (!m_document.importFile(fileName, &error)) {
-        ui::dialogs().warning(this, error);
+    if (const Status imported = m_document.importFile(fileName); !imported) {
+        ui::dialogs().warning(this, imported.error());
         return false;
     }
     m_document.setPicture(m_document.picture()); // the page changed

@@ -51,18 +51,16 @@ WPFileCommands::WPFileCommands(TextPageDocument* document, QWidget* parent, Tran
 
 bool WPFileCommands::loadWithMessage(const QString& path, bool external)
 {
-    QString error;
-    bool ok = false;
+    Status loaded;
     {
         WaitCursor wait;
         WordConverterOptions options = m_document->converterOptions();
         options.idle = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
         m_document->setConverterOptions(options);
-        ok = external ? m_document->loadExternalFile(path, &error)
-                      : m_document->loadFile(path, &error);
+        loaded = external ? m_document->loadExternalFile(path) : m_document->loadFile(path);
     }
-    if (!ok) {
-        ui::dialogs().warning(m_parent, error);
+    if (!loaded) {
+        ui::dialogs().warning(m_parent, loaded.error());
         return false;
     }
     m_document->notifyChanged();
@@ -111,10 +109,9 @@ void WPFileCommands::exportFile()
     } else {
         path += QLatin1Char('.') + QLatin1String(kExportFilters[index].suffix);
     }
-    QString error;
     WaitCursor wait;
-    if (!m_document->exportFile(path, format, &error)) {
-        ui::dialogs().warning(m_parent, error);
+    if (const Status written = m_document->exportFile(path, format); !written) {
+        ui::dialogs().warning(m_parent, written.error());
     }
 }
 
@@ -133,9 +130,8 @@ void WPFileCommands::saveFile()
     }
     const auto format = TextExporter::formatForSuffix(QFileInfo(m_fileName).suffix())
                             .value_or(TextExporter::Format::Rtf);
-    QString error;
-    if (!m_document->exportFile(m_fileName, format, &error)) {
-        ui::dialogs().warning(m_parent, error);
+    if (const Status written = m_document->exportFile(m_fileName, format); !written) {
+        ui::dialogs().warning(m_parent, written.error());
     }
 }
 
