@@ -4,6 +4,7 @@
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/ListItemNumbers.h"
 #include "editors/text/ListNumbering.h"
+#include "editors/text/OdtPackage.h"
 #include "editors/text/RtfWriter.h"
 #include "editors/text/TextProperties.h"
 
@@ -22,6 +23,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace kestrum::text {
@@ -220,6 +222,46 @@ std::vector<std::pair<int, int>> hiddenRuns(const QTextDocument& document,
     return runs;
 }
 
+// The first numbers of the document's numbered lists that start elsewhere than 1, by the index
+// of the list's format. OpenDocument numbers from 1 up, so a list starting at 0 keeps 1.
+std::map<int, int> odtListStarts(const QTextDocument& document)
+{
+    std::map<int, int> starts;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        if (const QTextList* list = block.textList()) {
+            const int start = ListNumbering::start(list->format());
+            if (start > 1) {
+                starts[list->formatIndex()] = start;
+            }
+        }
+    }
+    return starts;
+}
+
+// Qt's OpenDocument writer names the list style of each list "L" and the index of the list's
+// format, with one level style per list, and writes no first number; the numbered level style
+// of each list in `starts` gets its start value.
+QByteArray withListStarts(QByteArray content, const std::map<int, int>& starts)
+{
+    static constexpr char kLevel[] = "<text:list-level-style-number";
+    for (const auto& [formatIndex, start] : starts) {
+        const QByteArray style =
+            "<text:list-style style:name=\"L" + QByteArray::number(formatIndex) + "\">";
+        const qsizetype at = content.indexOf(style);
+        if (at < 0) {
+            continue;
+        }
+        const qsizetype end = content.indexOf("</text:list-style>", at);
+        const qsizetype level = content.indexOf(kLevel, at);
+        if (level < 0 || end < 0 || level > end) {
+            continue;
+        }
+        content.insert(level + qsizetype(sizeof(kLevel) - 1),
+                       " text:start-value=\"" + QByteArray::number(start) + '"');
+    }
+    return content;
+}
+
 } // namespace
 
 std::optional<TextExporter::Format> TextExporter::formatForSuffix(const QString& suffix)
@@ -394,7 +436,21 @@ Status TextExporter::writeOdt(const QTextDocument& document, const QString& file
     if (!writer.write(&visible)) {
         return fail(QStringLiteral("Cannot write \"%1\" as OpenDocument text.").arg(fileName));
     }
-    return saveBytes(fileName, bytes);
+    const std::map<int, int> starts = odtListStarts(visible);
+    if (starts.empty()) {
+        return saveBytes(fileName, bytes);
+    }
+    Result<QList<OdtPackage::Entry>> entries = OdtPackage::read(bytes);
+    if (!entries) {
+        return fail(QStringLiteral("Cannot write \"%1\" as OpenDocument text: %2")
+                        .arg(fileName, entries.error()));
+    }
+    for (OdtPackage::Entry& entry : *entries) {
+        if (entry.name == QLatin1String("content.xml")) {
+            entry.data = withListStarts(entry.data, starts);
+        }
+    }
+    return saveBytes(fileName, OdtPackage::write(*entries));
 }
 
 Status TextExporter::exportFile(const QTextDocument& document, const ColourTable& colours,
