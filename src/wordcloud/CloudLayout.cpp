@@ -18,7 +18,8 @@ constexpr qint32 kMaxFitSize = 32768;
 
 } // namespace
 
-CloudLayout::CloudLayout(TprWordCloud& cloud) : m_cloud(cloud) {}
+CloudLayout::CloudLayout(TprWordCloud& cloud) : m_cloud(cloud), m_reference(cloud.m_referenceLayout)
+{}
 
 bool CloudLayout::run(bool resetPosition)
 {
@@ -207,65 +208,99 @@ StepRange stepsWithin(qint64 v, qint64 from, qint64 to)
     return {ceilDiv32(-t, -v32), floorDiv32(-f, -v32)};
 }
 
-// Along one leg of the spiral the box moves by `v` per step on one axis. The first step in
-// 0..last at which the box lies inside the area's rectangle (a condition of both shapes) and
-// off `collider`; -1 when every one of those steps is blocked anyway. Both conditions hold on
-// one interval of steps each, so membership is a comparison; a division is needed only to find
-// where the box enters the area from outside, or leaves a long collider.
-qint64 firstOpenStep(const CloudRect& box, qint32 vx, qint32 vy, qint64 last, const CloudRect& area,
-                     const CloudRect* collider)
+} // namespace
+
+qint64 CloudLayout::firstFreeStep(const CloudRect& box, qint32 vx, qint32 vy, qint64 last,
+                                  const CloudRect& area)
 {
     const bool alongX = vx != 0;
-    const qint64 v = alongX ? vx : vy;
+    const qint32 v = alongX ? vx : vy;
     // Fixed extent across the leg, moving extent along it.
-    const qint64 crossLo = alongX ? box.top : box.left;
-    const qint64 crossHi = alongX ? box.bottom : box.right;
-    const qint64 lo = alongX ? box.left : box.top;
-    const qint64 hi = alongX ? box.right : box.bottom;
+    const qint32 crossLo = alongX ? box.top : box.left;
+    const qint32 crossHi = alongX ? box.bottom : box.right;
+    const qint32 lo = alongX ? box.left : box.top;
+    const qint32 hi = alongX ? box.right : box.bottom;
     if (crossLo < (alongX ? area.top : area.left) ||
         crossHi > (alongX ? area.bottom : area.right)) {
         return -1;
     }
-    const qint64 areaLo = alongX ? area.left : area.top;
-    const qint64 areaHi = alongX ? area.right : area.bottom;
-    auto inside = [&](qint64 k) { return lo + k * v >= areaLo && hi + k * v <= areaHi; };
-
-    qint64 k = 0;
-    if (!inside(0)) {
-        k = std::max<qint64>(0, stepsWithin(v, areaLo - lo, areaHi - hi).first);
-        if (k > last || !inside(k)) {
+    // The steps that keep the box within the area's rectangle (a condition of both shapes).
+    const StepRange within = stepsWithin(v, qint64(alongX ? area.left : area.top) - lo,
+                                         qint64(alongX ? area.right : area.bottom) - hi);
+    const qint64 first = std::max<qint64>(0, within.first);
+    const qint64 end = std::min<qint64>(last, within.last);
+    if (first > end) {
+        return -1;
+    }
+    // The band the box sweeps over those steps, folded onto the leg's axis a stretch at a
+    // time (most walks stop long before the end of a long leg). The search runs in the sense
+    // of travel: u = sense * position grows as the walk goes on.
+    const qint32 sense = v > 0 ? 1 : -1;
+    const qint32 from = qint32(std::min(lo + first * v, lo + end * v));
+    const qint32 to = qint32(std::max(hi + first * v, hi + end * v));
+    constexpr qint32 kStretch = 512;
+    bool projected = false;
+    // The first u from x up to limit whose bit is `set`, or limit + 1.
+    auto scan = [&](bool set, qint32 x, qint32 limit) {
+        for (;;) {
+            const qint32 at = sense * x;
+            if (!projected || at < m_line.base || at > m_line.last) {
+                if (sense > 0) {
+                    m_occupancy.project(alongX, crossLo, crossHi, at, std::min(to, at + kStretch),
+                                        m_line);
+                } else {
+                    m_occupancy.project(alongX, crossLo, crossHi, std::max(from, at - kStretch), at,
+                                        m_line);
+                }
+                projected = true;
+            }
+            const qint32 stop = std::min(limit, sense > 0 ? m_line.last : -m_line.base);
+            const qint32 found =
+                sense > 0 ? m_line.find(set, x, stop) : -m_line.findBackward(set, -stop, -x);
+            if (found <= stop || stop == limit) {
+                return found;
+            }
+            x = stop + 1;
+        }
+    };
+    const qint32 speed = sense * v;
+    const qint32 span = hi - lo;
+    const qint32 start = sense > 0 ? lo : -hi;
+    auto startOf = [&](qint64 k) { return qint32(start + k * speed); };
+    const qint32 limit = startOf(end) + span;
+    const bool ellipse = m_cloud.m_cloudShape == TprWordCloud::Ellipse;
+    for (qint64 k = first; k <= end;) {
+        // The box at step k covers u = x .. x + span. The first free run at or after x...
+        const qint32 x = startOf(k);
+        const qint32 freeFrom = scan(false, x, limit);
+        if (freeFrom > limit) {
             return -1;
         }
+        const qint32 freeTo = scan(true, freeFrom, limit) - 1;
+        // ... holds the box at its first step that starts within it, if that step ends in it.
+        const qint64 inRun = k + (freeFrom - x + speed - 1) / speed;
+        if (inRun > end) {
+            return -1;
+        }
+        if (startOf(inRun) + span <= freeTo) {
+            if (ellipse && !fits(alongX ? box.translated(qint32(inRun * v), 0)
+                                        : box.translated(0, qint32(inRun * v)),
+                                 area)) {
+                k = inRun + 1;
+                continue;
+            }
+            return inRun;
+        }
+        // Otherwise the box must first pass the marked pixel that ends the run.
+        if (freeTo >= limit) {
+            return -1;
+        }
+        k += (freeTo + 1 - x) / speed + 1;
     }
-    if (!collider) {
-        return k;
-    }
-    const qint64 cCrossLo = alongX ? collider->top : collider->left;
-    const qint64 cCrossHi = alongX ? collider->bottom : collider->right;
-    if (crossHi < cCrossLo || crossLo > cCrossHi) {
-        return k;
-    }
-    const qint64 cLo = alongX ? collider->left : collider->top;
-    const qint64 cHi = alongX ? collider->right : collider->bottom;
-    auto onCollider = [&](qint64 j) { return !(hi + j * v < cLo || lo + j * v > cHi); };
-    if (!onCollider(k)) {
-        return k;
-    }
-    // Small words leave a collider within a step or two: count them; divide for the rest.
-    constexpr int kCountedSteps = 4;
-    qint64 j = k + 1;
-    for (int n = 0; n < kCountedSteps && j <= last && onCollider(j); ++n) {
-        ++j;
-    }
-    if (j <= last && onCollider(j)) {
-        j = stepsWithin(v, cLo - hi, cHi - lo).last + 1;
-    }
-    return j <= last && inside(j) ? j : -1;
+    return -1;
 }
 
-} // namespace
-
-bool CloudLayout::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored)
+bool CloudLayout::spiralWalk(TprWord& word, bool resume, bool mirrored)
 {
     qint32 dx = 0;
     qint32 dy = 0;
@@ -301,6 +336,9 @@ bool CloudLayout::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume,
     const qint32 stepX = mirrored ? -qint32(m_cloud.m_stepX) : qint32(m_cloud.m_stepX);
     const qint32 stepY = mirrored ? -qint32(m_cloud.m_stepY) : qint32(m_cloud.m_stepY);
     CloudRect box = word.BoundsRect();
+    // The bitmap holds boxes as pixels, which an inverted box has none of: such a box (never
+    // made by the sizing) walks step by step against the placed boxes themselves.
+    const bool bitmap = !m_reference && !m_placedInverted && box.width() >= 0 && box.height() >= 0;
     int collider = -1;
     bool blocked = true;
 
@@ -321,32 +359,29 @@ bool CloudLayout::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume,
     };
 
     for (qint64 n = 0; n < budget;) {
-        if (!m_cloud.m_referenceLayout && (dx == 0) != (dy == 0)) {
-            // Steps off the area or on the remembered collider are blocked whatever the other
-            // words: go straight to the first step along this leg that needs a real test.
+        if (bitmap && (dx == 0) != (dy == 0)) {
+            // The rest of this leg (within the budget) in one go: the first step whose box
+            // fits the shape and covers no placed pixel, if any.
             const qint64 last = std::min<qint64>(legLength - steps - 1, budget - n - 1);
-            const qint64 k = firstOpenStep(box, stepX * dx, stepY * dy, last, area,
-                                           collider >= 0 ? &placed.box(collider) : nullptr);
+            const qint64 k = firstFreeStep(box, stepX * dx, stepY * dy, last, area);
             if (k < 0) {
                 advance(last + 1);
                 n += last + 1;
                 continue;
             }
-            if (k > 0) {
-                advance(k);
-                n += k;
-            }
+            advance(k);
+            n += k + 1;
+            blocked = false;
+            break;
         }
         ++n;
-        // After a jump the box is known to be inside the area's rectangle and off the
-        // remembered collider: only the ellipse and the other words remain to be asked about.
-        const bool jumped = !m_cloud.m_referenceLayout && (dx == 0) != (dy == 0);
-        blocked = jumped ? (m_cloud.m_cloudShape == TprWordCloud::Ellipse && !fits(box, area))
-                         : !fits(box, area);
+        blocked = !fits(box, area);
         if (!blocked) {
-            if (!jumped && collider >= 0 && placed.box(collider).overlaps(box)) {
+            if (bitmap) {
+                blocked = !m_occupancy.isFree(box);
+            } else if (collider >= 0 && m_placed.box(collider).overlaps(box)) {
                 blocked = true;
-            } else if (const int hit = placed.firstOverlap(box); hit >= 0) {
+            } else if (const int hit = m_placed.firstOverlap(box); hit >= 0) {
                 collider = hit;
                 blocked = true;
             }
@@ -364,9 +399,9 @@ bool CloudLayout::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume,
     return !blocked;
 }
 
-bool CloudLayout::placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored)
+bool CloudLayout::placeWord(TprWord& word, bool resume, bool mirrored)
 {
-    if (spiralWalk(word, placed, resume, mirrored)) {
+    if (spiralWalk(word, resume, mirrored)) {
         return true;
     }
     if (!resume) {
@@ -377,7 +412,7 @@ bool CloudLayout::placeWord(TprWord& word, CollisionIndex& placed, bool resume, 
     m_segPassed = 0;
     m_dx = 1;
     m_dy = 0;
-    return spiralWalk(word, placed, false, mirrored);
+    return spiralWalk(word, false, mirrored);
 }
 
 bool CloudLayout::generateOnce(bool resetPosition)
@@ -403,9 +438,9 @@ bool CloudLayout::generateOnce(bool resetPosition)
     }
 
     m_cloud.m_countVisibleWords = 0;
-    CollisionIndex placed;
-    placed.reset(area, m_cloud.m_referenceLayout ? CollisionIndex::Mode::LinearScan
-                                                 : CollisionIndex::Mode::Grid);
+    m_placed.reset(area, CollisionIndex::Mode::LinearScan);
+    m_occupancy.reset(area);
+    m_placedInverted = false;
     m_segLength = 1;
     m_segPassed = 0;
     m_dx = -99;
@@ -429,21 +464,24 @@ bool CloudLayout::generateOnce(bool resetPosition)
             }
         }
         bool resume = false;
-        if (chain && i > count / 10 && placed.count() % 8 != 0) {
+        if (chain && i > count / 10 && m_placed.count() % 8 != 0) {
             const CloudRect box = word.BoundsRect();
             word.SetBoundsRect({lastPlaced.left, lastPlaced.top, lastPlaced.left + box.width(),
                                 lastPlaced.top + box.height()});
             resume = true;
         }
-        if (!placeWord(word, placed, resume, mirrored)) {
+        if (!placeWord(word, resume, mirrored)) {
             break;
         }
-        placed.add(word.BoundsRect());
+        const CloudRect& box = word.BoundsRect();
+        m_placed.add(box);
+        m_occupancy.add(box);
+        m_placedInverted = m_placedInverted || box.width() < 0 || box.height() < 0;
         word.SetVisible(true);
         lastPlaced = word.StartingBoundsRect();
-        m_cloud.m_countVisibleWords = placed.count();
+        m_cloud.m_countVisibleWords = m_placed.count();
     }
-    m_cloud.m_countVisibleWords = placed.count();
+    m_cloud.m_countVisibleWords = m_placed.count();
     return m_cloud.m_countVisibleWords == count;
 }
 

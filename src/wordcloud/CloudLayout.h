@@ -1,12 +1,13 @@
 #pragma once
 
 #include "CloudRect.h"
+#include "CollisionIndex.h"
+#include "OccupancyMap.h"
 
 #include <QtGlobal>
 
 namespace kestrum::wordcloud {
 
-class CollisionIndex;
 class TprWord;
 class TprWordCloud;
 
@@ -28,11 +29,20 @@ private:
     void capWeights();
     void fitSizesToCoverage();
     void reproportionToWeight();
-    bool placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
+    bool placeWord(TprWord& word, bool resume, bool mirrored);
+    bool spiralWalk(TprWord& word, bool resume, bool mirrored);
+    // Along a leg on which the box moves by (vx, vy) per step (one of them 0): the first step
+    // in 0..last at which the box fits the shape and covers no placed pixel, or -1.
+    qint64 firstFreeStep(const CloudRect& box, qint32 vx, qint32 vy, qint64 last,
+                         const CloudRect& area);
     bool fits(const CloudRect& box, const CloudRect& area) const;
 
     TprWordCloud& m_cloud;
+    const bool m_reference;
+    CollisionIndex m_placed;
+    OccupancyMap m_occupancy;
+    OccupancyMap::Line m_line; // scratch for firstFreeStep
+    bool m_placedInverted = false;
     // The spiral where the last walk stopped, for a walk that resumes it.
     qint32 m_segLength = 1;
     qint32 m_segPassed = 0;
