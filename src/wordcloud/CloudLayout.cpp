@@ -83,6 +83,9 @@ bool CloudLayout::run(bool resetPosition)
     // next lower coverages are sized here and placed on other threads while the current one is
     // still being placed: each starts from the same reset words and draws from a generator of
     // its own, so none depends on another, and the outcome is the one the runs in turn give.
+    // (The pool is declared after the runs so that it waits for its threads before the runs
+    // they place go away.)
+    std::deque<std::unique_ptr<Attempt>> attempts;
     std::unique_ptr<QThreadPool> pool;
     int ahead = 1;
     if (!reference) {
@@ -90,7 +93,6 @@ bool CloudLayout::run(bool resetPosition)
         ahead = std::max(1, QThread::idealThreadCount());
         pool->setMaxThreadCount(ahead);
     }
-    std::deque<std::unique_ptr<Attempt>> attempts;
     auto launch = [&](std::unique_ptr<Attempt> attempt) {
         Attempt* a = attempt.get();
         attempts.push_back(std::move(attempt));
