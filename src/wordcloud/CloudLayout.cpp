@@ -11,6 +11,7 @@
 #include <QThreadPool>
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cmath>
 #include <condition_variable>
@@ -27,6 +28,8 @@ namespace {
 constexpr qint32 kMaxFitSize = 32768;
 // A placing thread reports how far it got every this many words.
 constexpr int kReportEvery = 32;
+// How long the first run may take before lower coverages are sized and placed beside it.
+constexpr std::chrono::milliseconds kHeadStart{2};
 
 } // namespace
 
@@ -49,6 +52,13 @@ struct CloudLayout::Attempt
     int done = 0; // words placed so far
     bool finished = false;
     int placed = 0;
+
+    // Whether placing ended within `wait`.
+    bool finishesWithin(std::chrono::milliseconds wait)
+    {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, wait, [this] { return finished; });
+    }
 
     void place()
     {
@@ -124,6 +134,11 @@ bool CloudLayout::run(bool resetPosition)
             launch(prepare(false, coverage));
         }
     };
+    // A small cloud is placed before the next coverage could be sized: size it only when
+    // the first run takes a while.
+    if (pool && attempts.front()->finishesWithin(kHeadStart)) {
+        ahead = 1;
+    }
     for (;;) {
         queueRetries(std::size_t(ahead));
         Attempt& attempt = *attempts.front();
