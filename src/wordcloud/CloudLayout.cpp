@@ -29,7 +29,7 @@ constexpr qint32 kMaxFitSize = 32768;
 // A placing thread reports how far it got every this many words.
 constexpr int kReportEvery = 32;
 // How long the first run may take before lower coverages are sized and placed beside it.
-constexpr std::chrono::milliseconds kHeadStart{2};
+constexpr std::chrono::milliseconds kHeadStart{5};
 
 } // namespace
 
