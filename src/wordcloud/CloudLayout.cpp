@@ -1,11 +1,22 @@
 #include "CloudLayout.h"
 
+#include "CloudRandom.h"
+#include "SpiralPlacer.h"
 #include "TprWordCloud.h"
 #include "WordCloudLog.h"
 #include "common/Rounding.h"
 
+#include <QMetaMethod>
+#include <QThread>
+#include <QThreadPool>
+
 #include <algorithm>
+#include <chrono>
+#include <climits>
 #include <cmath>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 
 namespace kestrum::wordcloud {
 
@@ -15,32 +26,229 @@ namespace {
 
 // The coverage fit never grows a font beyond this size.
 constexpr qint32 kMaxFitSize = 32768;
+// A placing thread reports how far it got every this many words.
+constexpr int kReportEvery = 32;
+// How long the first run may take before lower coverages are sized and placed beside it.
+constexpr std::chrono::milliseconds kHeadStart{5};
 
 } // namespace
 
+// One run at one coverage: the words' sizes and start boxes as the sizing left them, and what
+// placing them gave. Placing runs on any thread; the rest of the layout reads the outcome under
+// the mutex.
+struct CloudLayout::Attempt
+{
+    float coverage = 0;
+    std::vector<qint32> sizes;
+    std::vector<CloudRect> start;
+    std::vector<CloudRect> walked;
+    SpiralPlacer::Options options;
+    CloudRandom random;
+    // Placing stops before any word after this one.
+    std::atomic<int> stopAfter{INT_MAX};
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    int done = 0; // words placed so far
+    bool finished = false;
+    int placed = 0;
+
+    // Whether placing ended within `wait`.
+    bool finishesWithin(std::chrono::milliseconds wait)
+    {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, wait, [this] { return finished; });
+    }
+
+    void place()
+    {
+        walked = start;
+        const int count = SpiralPlacer(options).placeAll(walked, random, [this](int i) {
+            if (i > stopAfter.load(std::memory_order_relaxed)) {
+                return false;
+            }
+            if (i % kReportEvery == 0 && i > 0) {
+                const std::lock_guard lock(mutex);
+                done = i;
+                changed.notify_all();
+            }
+            return true;
+        });
+        const std::lock_guard lock(mutex);
+        done = count;
+        placed = count;
+        finished = true;
+        changed.notify_all();
+    }
+};
+
 CloudLayout::CloudLayout(TprWordCloud& cloud) : m_cloud(cloud) {}
+
+CloudLayout::~CloudLayout() = default;
 
 bool CloudLayout::run(bool resetPosition)
 {
-    bool placedAll = generateOnce(resetPosition);
-    while (!placedAll) {
-        qCDebug(lcWordCloud).nospace().noquote()
-            << "Coverage Too High: " << m_cloud.m_currentCoverage;
-        if (!m_cloud.m_autoResizeCoverage) {
+    const bool reference = m_cloud.m_referenceLayout;
+    // The reference layout runs one coverage after the other on this thread. Otherwise the
+    // next lower coverages are sized here and placed on other threads while the current one is
+    // still being placed: each starts from the same reset words and draws from a generator of
+    // its own, so none depends on another, and the outcome is the one the runs in turn give.
+    // (The pool is declared after the runs so that it waits for its threads before the runs
+    // they place go away.)
+    std::deque<std::unique_ptr<Attempt>> attempts;
+    std::unique_ptr<QThreadPool> pool;
+    int ahead = 1;
+    if (!reference) {
+        pool = std::make_unique<QThreadPool>();
+        ahead = std::max(1, QThread::idealThreadCount());
+        pool->setMaxThreadCount(ahead);
+    }
+    auto launch = [&](std::unique_ptr<Attempt> attempt) {
+        Attempt* a = attempt.get();
+        attempts.push_back(std::move(attempt));
+        if (pool) {
+            pool->start([a] { a->place(); });
+        } else {
+            a->place();
+        }
+    };
+
+    float coverage = resetPosition ? m_cloud.m_coverage : m_cloud.m_currentCoverage;
+    launch(prepare(resetPosition, coverage));
+    bool more = true; // whether lower coverages remain to be tried
+    bool placedAll = false;
+    // Sizes and starts the runs at the next lower coverages until `want` are under way.
+    auto queueRetries = [&](std::size_t want) {
+        while (more && attempts.size() < want) {
+            const float lower = float(double(coverage) - 0.05);
+            if (!m_cloud.m_autoResizeCoverage || !(lower > 0)) {
+                more = false;
+                break;
+            }
+            coverage = lower;
+            for (auto& word : m_cloud.m_words) {
+                word->SetStartingBoundsRect({});
+                word->SetSize(word->Weight());
+                word->SetStartingPosition();
+            }
+            launch(prepare(false, coverage));
+        }
+    };
+    // A small cloud is placed before the next coverage could be sized: size it only when
+    // the first run takes a while.
+    if (pool && attempts.front()->finishesWithin(kHeadStart)) {
+        ahead = 1;
+    }
+    for (;;) {
+        queueRetries(std::size_t(ahead));
+        Attempt& attempt = *attempts.front();
+        const Outcome outcome = replay(attempt);
+        if (outcome.placed == int(attempt.start.size())) {
+            m_cloud.m_currentCoverage = attempt.coverage;
+            commit(attempt, outcome);
+            placedAll = true;
             break;
         }
-        m_cloud.m_currentCoverage = float(double(m_cloud.m_currentCoverage) - 0.05);
-        if (!(m_cloud.m_currentCoverage > 0)) {
+        qCDebug(lcWordCloud).nospace().noquote() << "Coverage Too High: " << attempt.coverage;
+        queueRetries(2);
+        if (attempts.size() == 1) {
+            // No retry: the lowered coverage (when lowering is on) is what remains.
+            m_cloud.m_currentCoverage = m_cloud.m_autoResizeCoverage
+                                            ? float(double(attempt.coverage) - 0.05)
+                                            : attempt.coverage;
+            commit(attempt, outcome);
             break;
         }
-        for (auto& word : m_cloud.m_words) {
-            word->SetStartingBoundsRect({});
-            word->SetSize(word->Weight());
-            word->SetStartingPosition();
-        }
-        placedAll = generateOnce(false);
+        // Its placing has ended (replay waits for that): the next coverage takes over.
+        attempts.pop_front();
+    }
+    for (auto& attempt : attempts) {
+        attempt->stopAfter.store(-1);
+    }
+    if (pool) {
+        pool->waitForDone();
     }
     return placedAll;
+}
+
+std::unique_ptr<CloudLayout::Attempt> CloudLayout::prepare(bool resetPosition, float coverage)
+{
+    const CloudRect area = m_cloud.GetCanvasDimension();
+    sortWords();
+    m_cloud.m_currentCoverage = coverage;
+    m_cloud.m_stepX = quint8(std::clamp<qint64>(roundHalfEven(area.width() / 150.0), 1, 255));
+    m_cloud.m_stepY = quint8(std::clamp<qint64>(roundHalfEven(area.height() / 150.0), 1, 255));
+    m_cloud.m_startingCanvasRect = area;
+
+    capWeights();
+    fitSizesToCoverage();
+    reproportionToWeight();
+    auto attempt = std::make_unique<Attempt>();
+    attempt->coverage = coverage;
+    attempt->sizes.reserve(m_cloud.m_words.size());
+    attempt->start.reserve(m_cloud.m_words.size());
+    for (auto& word : m_cloud.m_words) {
+        word->SetVisible(false);
+        if (resetPosition) {
+            word->SetStartingPosition();
+        }
+        attempt->sizes.push_back(word->FontSize());
+        attempt->start.push_back(word->BoundsRect());
+    }
+    SpiralPlacer::Options& options = attempt->options;
+    options.area = area;
+    options.budget = m_cloud.CanvasArea();
+    options.stepX = m_cloud.m_stepX;
+    options.stepY = m_cloud.m_stepY;
+    options.ellipse = m_cloud.m_cloudShape == TprWordCloud::Ellipse;
+    options.chain = m_cloud.m_placeCenter && m_cloud.m_continueFromLastWord;
+    options.direction = m_cloud.m_direction;
+    options.reference = m_cloud.m_referenceLayout;
+    attempt->random = m_cloud.m_random;
+    attempt->random.reseedFromClock();
+    return attempt;
+}
+
+CloudLayout::Outcome CloudLayout::replay(Attempt& attempt)
+{
+    const int count = int(attempt.start.size());
+    m_cloud.m_cancel = false;
+    std::unique_lock lock(attempt.mutex);
+    if (!m_cloud.isSignalConnected(QMetaMethod::fromSignal(&TprWordCloud::OnProgress))) {
+        attempt.changed.wait(lock, [&] { return attempt.finished; });
+        return {attempt.placed, std::min(count, attempt.placed + 1)};
+    }
+    // Progress before each word that the run reached, in turn; a cancel ends the run after the
+    // word under way, as if the run had stopped there.
+    for (int i = 0;;) {
+        attempt.changed.wait(lock, [&] { return attempt.finished || attempt.done >= i; });
+        const int reached = attempt.finished ? std::min(attempt.placed, count - 1) : attempt.done;
+        lock.unlock();
+        for (; i <= reached; ++i) {
+            emit m_cloud.OnProgress(int(qint64(i + 1) * 100 / count));
+            if (m_cloud.m_cancel) {
+                attempt.stopAfter.store(i);
+                lock.lock();
+                attempt.changed.wait(lock, [&] { return attempt.finished; });
+                return {std::min(attempt.placed, i + 1), i + 1};
+            }
+        }
+        lock.lock();
+        if (attempt.finished && i > std::min(attempt.placed, count - 1)) {
+            return {attempt.placed, std::min(count, attempt.placed + 1)};
+        }
+    }
+}
+
+void CloudLayout::commit(const Attempt& attempt, const Outcome& outcome)
+{
+    for (std::size_t i = 0; i < m_cloud.m_words.size(); ++i) {
+        TprWord& word = *m_cloud.m_words[i];
+        word.SetSize(attempt.sizes[i]);
+        word.SetStartingBoundsRect(int(i) < outcome.tried ? attempt.walked[i] : attempt.start[i]);
+        word.SetVisible(int(i) < outcome.placed);
+    }
+    m_cloud.m_countVisibleWords = outcome.placed;
 }
 
 void CloudLayout::sortWords()
@@ -152,299 +360,6 @@ void CloudLayout::reproportionToWeight()
         word->SetSize(qint32(std::clamp<qint64>(size, 1, kMaxFitSize)));
         word->SetDefaultSize();
     }
-}
-
-bool CloudLayout::fits(const CloudRect& box, const CloudRect& area) const
-{
-    if (m_cloud.m_cloudShape != TprWordCloud::Ellipse) {
-        return box.left >= area.left && box.right <= area.right && box.top >= area.top &&
-               box.bottom <= area.bottom;
-    }
-    const double a = area.width() / 2.0;
-    const double b = area.height() / 2.0;
-    const double cx = area.left + a;
-    const double cy = area.top + b;
-    auto inside = [&](double x, double y) {
-        const double u = (x - cx) / a;
-        const double v = (y - cy) / b;
-        return u * u + v * v <= 1.0;
-    };
-    return inside(box.left, box.top) && inside(box.right, box.bottom);
-}
-
-namespace {
-
-struct StepRange
-{
-    qint64 first;
-    qint64 last; // empty when last < first
-};
-
-qint32 floorDiv32(qint32 a, qint32 b)
-{
-    qint32 q = a / b;
-    if ((a % b != 0) && ((a < 0) != (b < 0))) {
-        --q;
-    }
-    return q;
-}
-
-qint32 ceilDiv32(qint32 a, qint32 b)
-{
-    return -floorDiv32(-a, b);
-}
-
-// The steps k for which from <= k * v <= to (v != 0). Positions on a walk stay within a few
-// million pixels, so 32-bit division (much quicker than 64-bit) is exact here.
-StepRange stepsWithin(qint64 v, qint64 from, qint64 to)
-{
-    const qint32 v32 = qint32(v);
-    const qint32 f = qint32(std::clamp<qint64>(from, -(1 << 30), 1 << 30));
-    const qint32 t = qint32(std::clamp<qint64>(to, -(1 << 30), 1 << 30));
-    if (v32 > 0) {
-        return {ceilDiv32(f, v32), floorDiv32(t, v32)};
-    }
-    return {ceilDiv32(-t, -v32), floorDiv32(-f, -v32)};
-}
-
-// Along one leg of the spiral the box moves by `v` per step on one axis. The first step in
-// 0..last at which the box lies inside the area's rectangle (a condition of both shapes) and
-// off `collider`; -1 when every one of those steps is blocked anyway. Both conditions hold on
-// one interval of steps each, so membership is a comparison; a division is needed only to find
-// where the box enters the area from outside, or leaves a long collider.
-qint64 firstOpenStep(const CloudRect& box, qint32 vx, qint32 vy, qint64 last, const CloudRect& area,
-                     const CloudRect* collider)
-{
-    const bool alongX = vx != 0;
-    const qint64 v = alongX ? vx : vy;
-    // Fixed extent across the leg, moving extent along it.
-    const qint64 crossLo = alongX ? box.top : box.left;
-    const qint64 crossHi = alongX ? box.bottom : box.right;
-    const qint64 lo = alongX ? box.left : box.top;
-    const qint64 hi = alongX ? box.right : box.bottom;
-    if (crossLo < (alongX ? area.top : area.left) ||
-        crossHi > (alongX ? area.bottom : area.right)) {
-        return -1;
-    }
-    const qint64 areaLo = alongX ? area.left : area.top;
-    const qint64 areaHi = alongX ? area.right : area.bottom;
-    auto inside = [&](qint64 k) { return lo + k * v >= areaLo && hi + k * v <= areaHi; };
-
-    qint64 k = 0;
-    if (!inside(0)) {
-        k = std::max<qint64>(0, stepsWithin(v, areaLo - lo, areaHi - hi).first);
-        if (k > last || !inside(k)) {
-            return -1;
-        }
-    }
-    if (!collider) {
-        return k;
-    }
-    const qint64 cCrossLo = alongX ? collider->top : collider->left;
-    const qint64 cCrossHi = alongX ? collider->bottom : collider->right;
-    if (crossHi < cCrossLo || crossLo > cCrossHi) {
-        return k;
-    }
-    const qint64 cLo = alongX ? collider->left : collider->top;
-    const qint64 cHi = alongX ? collider->right : collider->bottom;
-    auto onCollider = [&](qint64 j) { return !(hi + j * v < cLo || lo + j * v > cHi); };
-    if (!onCollider(k)) {
-        return k;
-    }
-    // Small words leave a collider within a step or two: count them; divide for the rest.
-    constexpr int kCountedSteps = 4;
-    qint64 j = k + 1;
-    for (int n = 0; n < kCountedSteps && j <= last && onCollider(j); ++n) {
-        ++j;
-    }
-    if (j <= last && onCollider(j)) {
-        j = stepsWithin(v, cLo - hi, cHi - lo).last + 1;
-    }
-    return j <= last && inside(j) ? j : -1;
-}
-
-} // namespace
-
-bool CloudLayout::spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored)
-{
-    qint32 dx = 0;
-    qint32 dy = 0;
-    qint32 legLength = 1;
-    qint32 steps = 0;
-    if (resume) {
-        dx = m_dx;
-        dy = m_dy;
-        legLength = m_segLength;
-        steps = m_segPassed;
-    } else {
-        switch (m_cloud.m_random.nextInt(4)) {
-        case 0:
-            dx = 1;
-            dy = 0;
-            break;
-        case 1:
-            dx = 0;
-            dy = 1;
-            break;
-        case 2:
-            dx = -1;
-            dy = 0;
-            break;
-        default:
-            dx = 0;
-            dy = -1;
-            break;
-        }
-    }
-    const CloudRect area = m_cloud.GetCanvasDimension();
-    const qint64 budget = m_cloud.CanvasArea();
-    const qint32 stepX = mirrored ? -qint32(m_cloud.m_stepX) : qint32(m_cloud.m_stepX);
-    const qint32 stepY = mirrored ? -qint32(m_cloud.m_stepY) : qint32(m_cloud.m_stepY);
-    CloudRect box = word.BoundsRect();
-    int collider = -1;
-    bool blocked = true;
-
-    // `count` blocked steps: move on along the spiral.
-    auto advance = [&](qint64 count) {
-        box =
-            box.translated(qint32(qint64(stepX) * dx * count), qint32(qint64(stepY) * dy * count));
-        steps += qint32(count);
-        if (steps == legLength) {
-            steps = 0;
-            const qint32 turnedX = -dy;
-            dy = dx;
-            dx = turnedX;
-            if (dy == 0) {
-                ++legLength;
-            }
-        }
-    };
-
-    for (qint64 n = 0; n < budget;) {
-        if (!m_cloud.m_referenceLayout && (dx == 0) != (dy == 0)) {
-            // Steps off the area or on the remembered collider are blocked whatever the other
-            // words: go straight to the first step along this leg that needs a real test.
-            const qint64 last = std::min<qint64>(legLength - steps - 1, budget - n - 1);
-            const qint64 k = firstOpenStep(box, stepX * dx, stepY * dy, last, area,
-                                           collider >= 0 ? &placed.box(collider) : nullptr);
-            if (k < 0) {
-                advance(last + 1);
-                n += last + 1;
-                continue;
-            }
-            if (k > 0) {
-                advance(k);
-                n += k;
-            }
-        }
-        ++n;
-        // After a jump the box is known to be inside the area's rectangle and off the
-        // remembered collider: only the ellipse and the other words remain to be asked about.
-        const bool jumped = !m_cloud.m_referenceLayout && (dx == 0) != (dy == 0);
-        blocked = jumped ? (m_cloud.m_cloudShape == TprWordCloud::Ellipse && !fits(box, area))
-                         : !fits(box, area);
-        if (!blocked) {
-            if (!jumped && collider >= 0 && placed.box(collider).overlaps(box)) {
-                blocked = true;
-            } else if (const int hit = placed.firstOverlap(box); hit >= 0) {
-                collider = hit;
-                blocked = true;
-            }
-        }
-        if (!blocked) {
-            break;
-        }
-        advance(1);
-    }
-    word.SetStartingBoundsRect(box);
-    m_segLength = legLength;
-    m_segPassed = steps;
-    m_dx = dx;
-    m_dy = dy;
-    return !blocked;
-}
-
-bool CloudLayout::placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored)
-{
-    if (spiralWalk(word, placed, resume, mirrored)) {
-        return true;
-    }
-    if (!resume) {
-        return false;
-    }
-    // A resumed walk that found nothing starts a fresh spiral from where it ended.
-    m_segLength = 1;
-    m_segPassed = 0;
-    m_dx = 1;
-    m_dy = 0;
-    return spiralWalk(word, placed, false, mirrored);
-}
-
-bool CloudLayout::generateOnce(bool resetPosition)
-{
-    const CloudRect area = m_cloud.GetCanvasDimension();
-    m_cloud.m_cancel = false;
-    sortWords();
-    if (resetPosition) {
-        m_cloud.m_currentCoverage = m_cloud.m_coverage;
-    }
-    m_cloud.m_stepX = quint8(std::clamp<qint64>(roundHalfEven(area.width() / 150.0), 1, 255));
-    m_cloud.m_stepY = quint8(std::clamp<qint64>(roundHalfEven(area.height() / 150.0), 1, 255));
-    m_cloud.m_startingCanvasRect = area;
-
-    capWeights();
-    fitSizesToCoverage();
-    reproportionToWeight();
-    for (auto& word : m_cloud.m_words) {
-        word->SetVisible(false);
-        if (resetPosition) {
-            word->SetStartingPosition();
-        }
-    }
-
-    m_cloud.m_countVisibleWords = 0;
-    CollisionIndex placed;
-    placed.reset(area, m_cloud.m_referenceLayout ? CollisionIndex::Mode::LinearScan
-                                                 : CollisionIndex::Mode::Grid);
-    m_segLength = 1;
-    m_segPassed = 0;
-    m_dx = -99;
-    m_dy = -99;
-    m_cloud.m_random.reseedFromClock();
-    const int count = m_cloud.WordCount();
-    const bool chain = m_cloud.m_placeCenter && m_cloud.m_continueFromLastWord;
-    CloudRect lastPlaced;
-    for (int i = 0; i < count; ++i) {
-        if (m_cloud.m_cancel) {
-            break;
-        }
-        emit m_cloud.OnProgress(int(qint64(i + 1) * 100 / count));
-        TprWord& word = *m_cloud.m_words[std::size_t(i)];
-        bool mirrored = false;
-        if (!chain) {
-            if (m_cloud.m_direction == TprWordCloud::Mirrored) {
-                mirrored = true;
-            } else if (m_cloud.m_direction != TprWordCloud::Forward) {
-                mirrored = m_cloud.m_random.nextInt(2) == 1;
-            }
-        }
-        bool resume = false;
-        if (chain && i > count / 10 && placed.count() % 8 != 0) {
-            const CloudRect box = word.BoundsRect();
-            word.SetBoundsRect({lastPlaced.left, lastPlaced.top, lastPlaced.left + box.width(),
-                                lastPlaced.top + box.height()});
-            resume = true;
-        }
-        if (!placeWord(word, placed, resume, mirrored)) {
-            break;
-        }
-        placed.add(word.BoundsRect());
-        word.SetVisible(true);
-        lastPlaced = word.StartingBoundsRect();
-        m_cloud.m_countVisibleWords = placed.count();
-    }
-    m_cloud.m_countVisibleWords = placed.count();
-    return m_cloud.m_countVisibleWords == count;
 }
 
 } // namespace kestrum::wordcloud

@@ -4,40 +4,53 @@
 
 #include <QtGlobal>
 
+#include <memory>
+
 namespace kestrum::wordcloud {
 
-class CollisionIndex;
 class TprWord;
 class TprWordCloud;
 
 // One layout of a cloud's words: sizes them to the coverage, walks each word along a spiral
 // from its start position to the first place where it fits without touching the words placed
-// before it, and retries at lower coverage when a word finds no place.
+// before it (SpiralPlacer), and retries at lower coverage when a word finds no place.
+//
+// The words are sized on the calling thread; placing works on copies of their boxes, so the
+// retries at lower coverages are placed on other threads while an earlier one still runs. The
+// result is taken from the first coverage that places every word, exactly as if the runs had
+// been made one after the other; progress and cancelling are replayed in that order too.
 class CloudLayout
 {
 public:
     explicit CloudLayout(TprWordCloud& cloud);
+    ~CloudLayout();
 
     // Lays every word out; true when all were placed. With AutoResizeCoverage a failed run
     // retries at 0.05 less coverage while the coverage stays above 0.
     bool run(bool resetPosition);
 
 private:
-    bool generateOnce(bool resetPosition);
+    struct Attempt;
+    struct Outcome
+    {
+        int placed = 0; // words placed
+        int tried = 0;  // words whose walk ran (the placed ones and the one that found no place)
+    };
+
+    // Sizes the words for a run at `coverage` and takes their start boxes.
+    std::unique_ptr<Attempt> prepare(bool resetPosition, float coverage);
+    // Raises the progress of a run word by word as its placing gets there, and ends the run
+    // early when a progress handler cancels it.
+    Outcome replay(Attempt& attempt);
+    // Gives the words the sizes and places of a run.
+    void commit(const Attempt& attempt, const Outcome& outcome);
+
     void sortWords();
     void capWeights();
     void fitSizesToCoverage();
     void reproportionToWeight();
-    bool placeWord(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool spiralWalk(TprWord& word, CollisionIndex& placed, bool resume, bool mirrored);
-    bool fits(const CloudRect& box, const CloudRect& area) const;
 
     TprWordCloud& m_cloud;
-    // The spiral where the last walk stopped, for a walk that resumes it.
-    qint32 m_segLength = 1;
-    qint32 m_segPassed = 0;
-    qint32 m_dx = -99;
-    qint32 m_dy = -99;
 };
 
 } // namespace kestrum::wordcloud

@@ -126,9 +126,8 @@ public:
     void SetRandomSeed(std::optional<quint64> seed) { m_random.setFixedSeed(seed); }
     std::optional<quint64> RandomSeed() const { return m_random.fixedSeed(); }
     // The reference layout tests every spiral step one by one against a plain scan of the
-    // placed boxes. The normal layout finds the same places faster: a grid index answers the
-    // collision question, and steps that are blocked whatever the other words (off the area, or
-    // still on the word that blocked the last step) are passed over in one go.
+    // placed boxes. The normal layout finds the same places faster: along each straight leg of
+    // the spiral it looks the first free position up in a bitmap of the placed boxes.
     void SetReferenceLayout(bool on) { m_referenceLayout = on; }
 
     // --- painting and export

@@ -67,15 +67,33 @@ struct Layout
     QStringList order;
     float coverage = 0;
     int placed = 0;
+    QList<int> progress;
+    QStringList messages;
 };
 
-Layout layOut(const CloudSetup& setup, bool reference)
+// Progress calls (counted from 0 over the whole layout) at which the handler cancels; -1 in
+// the list cancels at every call.
+using CancelAt = QList<int>;
+
+Layout layOut(const CloudSetup& setup, bool reference, const CancelAt& cancelAt = {},
+              bool autoResize = true, bool watch = false)
 {
     TprWordCloud cloud;
     fill(cloud, setup);
     cloud.SetReferenceLayout(reference);
+    cloud.SetAutoResizeCoverage(autoResize);
     Layout out;
+    if (watch || !cancelAt.isEmpty()) {
+        QObject::connect(&cloud, &TprWordCloud::OnProgress, &cloud, [&](int percent) {
+            if (cancelAt.contains(-1) || cancelAt.contains(out.progress.size())) {
+                cloud.SetCancel(true);
+            }
+            out.progress << percent;
+        });
+    }
+    g_debugMessages.clear();
     out.result = cloud.GenerateCloud(true);
+    out.messages = g_debugMessages;
     for (const auto& word : cloud.Words()) {
         out.boxes << word->BoundsRect();
         out.visible << word->Visible();
@@ -93,9 +111,23 @@ bool insideEllipse(const CloudRect& area, double x, double y)
     return u * u + v * v <= 1.0;
 }
 
+// Everything a layout leaves behind, and what it said on the way.
+void compareLayouts(const Layout& fast, const Layout& reference, const QString& what)
+{
+    QVERIFY2(fast.boxes == reference.boxes, qPrintable(what));
+    QVERIFY2(fast.visible == reference.visible, qPrintable(what));
+    QVERIFY2(fast.order == reference.order, qPrintable(what));
+    QVERIFY2(fast.result == reference.result, qPrintable(what));
+    QVERIFY2(fast.coverage == reference.coverage, qPrintable(what));
+    QVERIFY2(fast.placed == reference.placed, qPrintable(what));
+    QVERIFY2(fast.progress == reference.progress, qPrintable(what));
+    QVERIFY2(fast.messages == reference.messages, qPrintable(what));
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(CloudSetup)
+Q_DECLARE_METATYPE(CancelAt)
 
 class CloudLayoutTest : public QObject
 {
@@ -111,6 +143,10 @@ private slots:
     void placedBoxesNeitherOverlapNorTouch_data();
     void placedBoxesNeitherOverlapNorTouch();
     void fastWalkMatchesReferenceWalk();
+    void denseCloudsMatchReferenceLayout_data();
+    void denseCloudsMatchReferenceLayout();
+    void cancelActsAsInTheReferenceLayout_data();
+    void cancelActsAsInTheReferenceLayout();
     void fixedSeedReproducesTheLayout();
     void seedsGiveDifferentLayouts();
     void nothingHappensWithoutWordsOrArea();
@@ -276,15 +312,103 @@ void CloudLayoutTest::fastWalkMatchesReferenceWalk()
                                  .arg(setup.client.width())
                                  .arg(setup.client.height())
                                  .arg(setup.shape);
-        QVERIFY2(fast.boxes == reference.boxes, qPrintable(what));
-        QVERIFY2(fast.visible == reference.visible, qPrintable(what));
-        QCOMPARE(fast.order, reference.order);
-        QCOMPARE(fast.result, reference.result);
-        QCOMPARE(fast.coverage, reference.coverage);
-        QCOMPARE(fast.placed, reference.placed);
+        compareLayouts(fast, reference, what);
+        if (QTest::currentTestFailed()) {
+            return;
+        }
         failedRuns += fast.coverage < setup.coverage;
     }
     QVERIFY(failedRuns > 0); // some clouds went through the retries
+}
+
+void CloudLayoutTest::denseCloudsMatchReferenceLayout_data()
+{
+    QTest::addColumn<quint8>("shape");
+    QTest::addColumn<quint64>("seed");
+    for (const quint64 seed : {3ull, 41ull, 977ull}) {
+        QTest::addRow("rectangle, seed %llu", seed) << quint8(TprWordCloud::Rectangle) << seed;
+        QTest::addRow("ellipse, seed %llu", seed) << quint8(TprWordCloud::Ellipse) << seed;
+    }
+}
+
+void CloudLayoutTest::denseCloudsMatchReferenceLayout()
+{
+    // Many words at high coverage: several coverages fail before one places every word, so the
+    // runs placed ahead on other threads decide the result, and walks cross packed stretches.
+    QFETCH(quint8, shape);
+    QFETCH(quint64, seed);
+    QRandomGenerator random{quint32(seed)};
+    int retried = 0;
+    for (int n = 0; n < 5; ++n) {
+        CloudSetup setup;
+        setup.seed = seed * 31 + quint64(n);
+        setup.shape = shape;
+        setup.words = 120 + int(random.bounded(200));
+        setup.client = QSize(160 + int(random.bounded(260)), 120 + int(random.bounded(200)));
+        setup.coverage = float(0.55 + random.bounded(0.45));
+        setup.placeCenter = n % 3 != 2;
+        setup.continueFromLastWord = n % 4 != 3;
+        setup.direction = quint8(n % 3);
+        const bool watch = n % 2 == 0; // progress handled or not: two ways of waiting
+        const Layout fast = layOut(setup, false, {}, true, watch);
+        const Layout reference = layOut(setup, true, {}, true, watch);
+        compareLayouts(fast, reference,
+                       QStringLiteral("cloud %1: %2 words on %3x%4")
+                           .arg(n)
+                           .arg(setup.words)
+                           .arg(setup.client.width())
+                           .arg(setup.client.height()));
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+        QCOMPARE(fast.progress.isEmpty(), !watch);
+        retried += fast.messages.size() >= 2;
+    }
+    QVERIFY(retried > 0);
+}
+
+void CloudLayoutTest::cancelActsAsInTheReferenceLayout_data()
+{
+    QTest::addColumn<CancelAt>("cancelAt");
+    QTest::addColumn<bool>("autoResize");
+    QTest::newRow("early in the first run") << CancelAt{4} << true;
+    QTest::newRow("in a retry") << CancelAt{260} << true;
+    QTest::newRow("twice") << CancelAt{30, 250} << true;
+    QTest::newRow("at every word") << CancelAt{-1} << true;
+    QTest::newRow("without retries") << CancelAt{9} << false;
+}
+
+void CloudLayoutTest::cancelActsAsInTheReferenceLayout()
+{
+    // A cancel ends the run after the word under way, whichever thread placed it and however
+    // far that thread had got; the retries follow as after any failure.
+    QFETCH(CancelAt, cancelAt);
+    QFETCH(bool, autoResize);
+    CloudSetup setup;
+    setup.words = 400;
+    setup.client = QSize(300, 220);
+    setup.coverage = 1.0f;
+    for (const quint8 shape : {quint8(TprWordCloud::Rectangle), quint8(TprWordCloud::Ellipse)}) {
+        setup.shape = shape;
+        const Layout fast = layOut(setup, false, cancelAt, autoResize);
+        const Layout reference = layOut(setup, true, cancelAt, autoResize);
+        compareLayouts(fast, reference, QStringLiteral("shape %1").arg(shape));
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+        QVERIFY(!fast.messages.isEmpty());
+        if (!autoResize) {
+            // The run stopped after the tenth word.
+            QVERIFY(!fast.result);
+            QCOMPARE(fast.placed, 10);
+            QCOMPARE(fast.progress.size(), 10);
+            QCOMPARE(fast.visible.count(true), 10);
+        } else if (cancelAt.contains(-1)) {
+            // Every run ended after its first word, down to the last coverage above 0.
+            QCOMPARE(fast.placed, 1);
+            QVERIFY(fast.coverage <= 0);
+        }
+    }
 }
 
 void CloudLayoutTest::fixedSeedReproducesTheLayout()
