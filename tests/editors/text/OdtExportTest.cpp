@@ -128,8 +128,8 @@ void OdtExportTest::listStarts()
     QTextDocument document;
     fillDocument(document);
     const QString path = m_dir.filePath(QStringLiteral("lists.odt"));
-    QString error;
-    QVERIFY2(TextExporter::writeOdt(document, path, &error), qPrintable(error));
+    const kestrum::Status written = TextExporter::writeOdt(document, path);
+    QVERIFY2(written, qPrintable(written.error()));
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
@@ -218,8 +218,8 @@ void OdtExportTest::listsFromOneLeaveQtPackage()
     cursor.createList(numbered(QTextListFormat::ListDecimal, 1, 0));
     cursor.insertText(QStringLiteral("Zero"));
     const QString path = m_dir.filePath(QStringLiteral("plain.odt"));
-    QString error;
-    QVERIFY2(TextExporter::writeOdt(document, path, &error), qPrintable(error));
+    const kestrum::Status written = TextExporter::writeOdt(document, path);
+    QVERIFY2(written, qPrintable(written.error()));
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
