@@ -36,14 +36,8 @@ QString ListItemNumbers::itemText(const QTextBlock& block) const
         return {};
     }
     const QTextListFormat format = list->format();
-    switch (format.style()) {
-    case QTextListFormat::ListDisc:
-    case QTextListFormat::ListSquare:
-    case QTextListFormat::ListCircle:
-    case QTextListFormat::ListStyleUndefined:
+    if (ListNumbering::isBulleted(format)) {
         return ListNumbering::itemText(block);
-    default:
-        break;
     }
     return ListNumbering::markerText(format, ListNumbering::start(format) + number);
 }

@@ -86,16 +86,23 @@ QString ListNumbering::itemText(const QTextBlock& block)
         return {};
     }
     const QTextListFormat format = list->format();
+    if (isBulleted(format)) {
+        return list->itemText(block);
+    }
+    return markerText(format, start(format) + list->itemNumber(block));
+}
+
+bool ListNumbering::isBulleted(const QTextListFormat& format)
+{
     switch (format.style()) {
     case QTextListFormat::ListDisc:
     case QTextListFormat::ListSquare:
     case QTextListFormat::ListCircle:
     case QTextListFormat::ListStyleUndefined:
-        return list->itemText(block);
+        return true;
     default:
-        break;
+        return false;
     }
-    return markerText(format, start(format) + list->itemNumber(block));
 }
 
 QString ListNumbering::markerText(const QTextListFormat& format, int number)

@@ -22,6 +22,9 @@ public:
     // number in the list style, suffix ("." unless the format has one).
     static QString markerText(const QTextListFormat& format, int number);
 
+    // Whether lists of this style show a bullet rather than a number.
+    static bool isBulleted(const QTextListFormat& format);
+
     // `number` written in the list style (decimal, letters, roman numerals), without the
     // prefix and suffix.
     static QString numberText(int style, int number);

@@ -134,19 +134,28 @@ QString plainBlockText(const QTextBlock& block, const ListItemNumbers& numbers)
 QString plainCell(const QTextDocument& document, const ListItemNumbers& numbers,
                   const QTextTableCell& cell);
 
+// The texts of row `r`'s cells, one a cell; a cell spanning from the row above reads empty.
+QStringList plainRow(const QTextDocument& document, const ListItemNumbers& numbers,
+                     const QTextTable* table, int r)
+{
+    QStringList cells;
+    for (int c = 0; c < table->columns();) {
+        const QTextTableCell cell = table->cellAt(r, c);
+        cells << (cell.row() == r ? plainCell(document, numbers, cell) : QString());
+        c += std::max(1, cell.columnSpan());
+    }
+    return cells;
+}
+
 // A table inside a cell, on the cell's line: each row in brackets, its cells apart by " | ".
 QString plainNestedTable(const QTextDocument& document, const ListItemNumbers& numbers,
                          const QTextTable* table)
 {
     QStringList rows;
     for (int r = 0; r < table->rows(); ++r) {
-        QStringList cells;
-        for (int c = 0; c < table->columns();) {
-            const QTextTableCell cell = table->cellAt(r, c);
-            cells << (cell.row() == r ? plainCell(document, numbers, cell) : QString());
-            c += std::max(1, cell.columnSpan());
-        }
-        rows << QLatin1Char('[') + cells.join(QLatin1String(" | ")) + QLatin1Char(']');
+        rows << QLatin1Char('[') +
+                    plainRow(document, numbers, table, r).join(QLatin1String(" | ")) +
+                    QLatin1Char(']');
     }
     return rows.join(QLatin1Char(' '));
 }
@@ -182,13 +191,7 @@ void plainFrame(const QTextDocument& document, const ListItemNumbers& numbers,
         if (const QTextFrame* child = it.currentFrame()) {
             if (const auto* table = qobject_cast<const QTextTable*>(child)) {
                 for (int r = 0; r < table->rows(); ++r) {
-                    QStringList cells;
-                    for (int c = 0; c < table->columns();) {
-                        const QTextTableCell cell = table->cellAt(r, c);
-                        cells << (cell.row() == r ? plainCell(document, numbers, cell) : QString());
-                        c += std::max(1, cell.columnSpan());
-                    }
-                    lines << cells.join(QLatin1Char('\t'));
+                    lines << plainRow(document, numbers, table, r).join(QLatin1Char('\t'));
                 }
             } else {
                 plainFrame(document, numbers, child, lines);
