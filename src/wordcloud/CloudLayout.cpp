@@ -31,6 +31,18 @@ constexpr int kReportEvery = 32;
 // How long the first run may take before lower coverages are sized and placed beside it.
 constexpr std::chrono::milliseconds kHeadStart{5};
 
+// The placing threads of every layout. They outlive a layout, so a small cloud does not pay
+// for starting threads; a layout waits for its own runs, never for the pool.
+QThreadPool& placingPool()
+{
+    static QThreadPool* pool = [] {
+        auto* created = new QThreadPool;
+        created->setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
+        return created;
+    }();
+    return *pool;
+}
+
 } // namespace
 
 // One run at one coverage: the words' sizes and start boxes as the sizing left them, and what
@@ -58,6 +70,12 @@ struct CloudLayout::Attempt
     {
         std::unique_lock lock(mutex);
         return changed.wait_for(lock, wait, [this] { return finished; });
+    }
+
+    void waitUntilFinished()
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return finished; });
     }
 
     void place()
@@ -93,16 +111,10 @@ bool CloudLayout::run(bool resetPosition)
     // next lower coverages are sized here and placed on other threads while the current one is
     // still being placed: each starts from the same reset words and draws from a generator of
     // its own, so none depends on another, and the outcome is the one the runs in turn give.
-    // (The pool is declared after the runs so that it waits for its threads before the runs
-    // they place go away.)
+    // Every run handed to the pool is waited for before the runs go away.
     std::deque<std::unique_ptr<Attempt>> attempts;
-    std::unique_ptr<QThreadPool> pool;
-    int ahead = 1;
-    if (!reference) {
-        pool = std::make_unique<QThreadPool>();
-        ahead = std::max(1, QThread::idealThreadCount());
-        pool->setMaxThreadCount(ahead);
-    }
+    QThreadPool* pool = reference ? nullptr : &placingPool();
+    int ahead = pool ? pool->maxThreadCount() : 1;
     auto launch = [&](std::unique_ptr<Attempt> attempt) {
         Attempt* a = attempt.get();
         attempts.push_back(std::move(attempt));
@@ -165,8 +177,8 @@ bool CloudLayout::run(bool resetPosition)
     for (auto& attempt : attempts) {
         attempt->stopAfter.store(-1);
     }
-    if (pool) {
-        pool->waitForDone();
+    for (auto& attempt : attempts) {
+        attempt->waitUntilFinished();
     }
     return placedAll;
 }
