@@ -1,13 +1,16 @@
 #include "QtDialogs.h"
 
 #include <QColorDialog>
+#include <QDateTime>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPageSetupDialog>
 #include <QPrintDialog>
@@ -15,6 +18,7 @@
 #include <QPrinter>
 #include <QScreen>
 #include <QTimer>
+#include <QTreeView>
 
 namespace kestrum::ui {
 
@@ -47,6 +51,23 @@ std::optional<Dialogs::FileChoice> runFileDialog(QFileDialog& dialog,
         const QSize available = screen->availableGeometry().size();
         dialog.resize(qMin(kFileDialogSize.width(), available.width() * 9 / 10),
                       qMin(kFileDialogSize.height(), available.height() * 9 / 10));
+    }
+    // The detail columns open narrow whatever the dialog's size: wide enough for a size, a type
+    // and a date and time in full, the name column taking the rest.
+    if (auto* details = dialog.findChild<QTreeView*>()) {
+        QHeaderView* header = details->header();
+        const QFontMetrics metrics(details->font());
+        const int pad = metrics.averageCharWidth() * 3;
+        const QString date =
+            QLocale().toString(QDateTime(QDate(2026, 12, 28), QTime(23, 58)), QLocale::ShortFormat);
+        const int widths[] = {metrics.horizontalAdvance(QStringLiteral("999.9 KiB")) + pad,
+                              metrics.horizontalAdvance(QStringLiteral("SQLite3 database")) + pad,
+                              metrics.horizontalAdvance(date) + pad};
+        for (int column = 1; column <= 3 && column < header->count(); ++column) {
+            header->resizeSection(column, widths[column - 1]);
+        }
+        header->setStretchLastSection(false);
+        header->setSectionResizeMode(0, QHeaderView::Stretch);
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;

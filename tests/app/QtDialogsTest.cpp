@@ -3,11 +3,16 @@
 #include "ui/QtDialogs.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFileDialog>
+#include <QFontMetrics>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QLocale>
 #include <QScreen>
 #include <QTimer>
+#include <QTreeView>
 #include <QtTest>
 
 #include <functional>
@@ -95,6 +100,15 @@ void QtDialogsTest::fileDialogsOpenAtAUsefulSize()
         QVERIFY(qobject_cast<QFileDialog*>(dialog));
         QVERIFY2(dialog->width() >= expected.width() && dialog->height() >= expected.height(),
                  qPrintable(QStringLiteral("%1x%2").arg(dialog->width()).arg(dialog->height())));
+        // The detail columns show a date and time in full, not cut short.
+        const auto* details = dialog->findChild<QTreeView*>();
+        QVERIFY(details);
+        const QFontMetrics metrics(details->font());
+        const QString date =
+            QLocale().toString(QDateTime(QDate(2026, 11, 22), QTime(16, 56)), QLocale::ShortFormat);
+        QVERIFY2(details->header()->sectionSize(3) > metrics.horizontalAdvance(date),
+                 qPrintable(QString::number(details->header()->sectionSize(3))));
+        QVERIFY(details->header()->sectionSize(0) > details->header()->sectionSize(3));
         seen << dialog->windowTitle();
         static_cast<QDialog*>(dialog)->reject();
     };
