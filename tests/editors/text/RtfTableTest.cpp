@@ -8,6 +8,8 @@
 #include "editors/text/TextExporter.h"
 #include "editors/text/TextProperties.h"
 
+#include "RtfTestDoc.h"
+
 #include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -15,30 +17,9 @@
 #include <QtTest>
 
 using namespace kestrum::text;
+using namespace kestrum::text::test_support;
 
 namespace {
-
-struct Doc
-{
-    std::unique_ptr<QTextDocument> document = std::make_unique<QTextDocument>();
-    ColourTable colours;
-    PageLayout layout;
-};
-
-std::unique_ptr<Doc> read(const QByteArray& rtf)
-{
-    auto out = std::make_unique<Doc>();
-    const RtfReadResult result = RtfReader().read(rtf, out->document.get(), &out->colours);
-    if (result.hasPageLayout) {
-        out->layout = result.pageLayout;
-    }
-    return out;
-}
-
-QByteArray write(const Doc& doc)
-{
-    return RtfWriter(*doc.document, doc.colours, doc.layout).write();
-}
 
 // The tables directly inside `frame` (the document's root frame or a table).
 QList<QTextTable*> tablesIn(const QTextFrame* frame)

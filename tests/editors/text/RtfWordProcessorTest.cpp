@@ -9,6 +9,8 @@
 #include "editors/text/TextExporter.h"
 #include "editors/text/TextProperties.h"
 
+#include "RtfTestDoc.h"
+
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextList>
@@ -16,27 +18,9 @@
 #include <QtTest>
 
 using namespace kestrum::text;
+using namespace kestrum::text::test_support;
 
 namespace {
-
-struct Doc
-{
-    std::unique_ptr<QTextDocument> document = std::make_unique<QTextDocument>();
-    ColourTable colours;
-    RtfReadResult result;
-};
-
-std::unique_ptr<Doc> read(const QByteArray& rtf)
-{
-    auto out = std::make_unique<Doc>();
-    out->result = RtfReader().read(rtf, out->document.get(), &out->colours);
-    return out;
-}
-
-QByteArray write(const Doc& doc)
-{
-    return RtfWriter(*doc.document, doc.colours, PageLayout()).write();
-}
 
 // The file as read, and as read again after being written.
 std::vector<std::unique_ptr<Doc>> readAndRoundTrip(const QByteArray& rtf)

@@ -7,6 +7,8 @@
 #include "editors/text/RtfReader.h"
 #include "editors/text/TextProperties.h"
 
+#include "RtfTestDoc.h"
+
 #include <QBuffer>
 #include <QFile>
 #include <QTextBlock>
@@ -16,36 +18,9 @@
 #include <QtTest>
 
 using namespace kestrum::text;
+using namespace kestrum::text::test_support;
 
 namespace {
-
-struct Doc
-{
-    std::unique_ptr<QTextDocument> document = std::make_unique<QTextDocument>();
-    ColourTable colours;
-    PageLayout layout;
-    RtfReadResult result;
-};
-
-QByteArray write(const Doc& doc)
-{
-    return RtfWriter(*doc.document, doc.colours, doc.layout).write();
-}
-
-std::unique_ptr<Doc> read(const QByteArray& rtf)
-{
-    auto out = std::make_unique<Doc>();
-    out->result = RtfReader().read(rtf, out->document.get(), &out->colours);
-    if (out->result.hasPageLayout) {
-        out->layout = out->result.pageLayout;
-    }
-    return out;
-}
-
-std::unique_ptr<Doc> roundTrip(const Doc& doc)
-{
-    return read(write(doc));
-}
 
 QTextCharFormat formatOf(const QTextDocument& document, const QString& text)
 {
