@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 #include <optional>
 #include <utility>
@@ -26,9 +27,23 @@ public:
     bool ok() const { return m_state.index() == 0; }
     explicit operator bool() const { return ok(); }
 
-    T& value() & { return std::get<0>(m_state); }
-    const T& value() const& { return std::get<0>(m_state); }
-    T&& value() && { return std::get<0>(std::move(m_state)); }
+    // The value; asking a failed result for it is a programming error that stops the program
+    // with the failure's message.
+    T& value() &
+    {
+        requireValue();
+        return std::get<0>(m_state);
+    }
+    const T& value() const&
+    {
+        requireValue();
+        return std::get<0>(m_state);
+    }
+    T&& value() &&
+    {
+        requireValue();
+        return std::get<0>(std::move(m_state));
+    }
     T* operator->() { return &value(); }
     const T* operator->() const { return &value(); }
     T& operator*() & { return value(); }
@@ -41,6 +56,13 @@ public:
     QString error() const { return ok() ? QString() : std::get<1>(m_state).message; }
 
 private:
+    void requireValue() const
+    {
+        if (!ok()) {
+            qFatal("The value of a failed result was used: %s", qPrintable(error()));
+        }
+    }
+
     std::variant<T, Error> m_state;
 };
 

@@ -10,19 +10,23 @@
 namespace kestrum::store {
 
 // The kept-items file of a project, open for one "Keep selected item": created as an empty
-// project when missing, checked like any project, and written in a single transaction.
+// project when missing, checked like any project, and written in a single transaction that
+// commit() ends (closing it without commit() keeps nothing).
 class KeptItemsFile
 {
 public:
-    KeptItemsFile(const QString& path, double now);
+    KeptItemsFile() = default;
     ~KeptItemsFile();
     KeptItemsFile(const KeptItemsFile&) = delete;
     KeptItemsFile& operator=(const KeptItemsFile&) = delete;
 
+    // Opens (or creates) the file and begins the transaction; a file created here is removed
+    // again when it cannot be made a project.
+    Status open(const QString& path, double now);
     // Copies a page row by value. When its page id is already taken in the kept-items file,
     // the copy gets a new id there.
-    void add(const RawPageRow& row);
-    void commit();
+    Status add(const RawPageRow& row);
+    Status commit();
 
 private:
     SqliteDatabase m_db;

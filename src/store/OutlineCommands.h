@@ -79,22 +79,22 @@ public:
     // Every command above that changed something is recorded in the project's history. Undo
     // and redo bring the outline and the page records back together (a deleted record with
     // its id, byte for byte), in one transaction ending with SaveTree; the node the command
-    // worked on is selected and no page is current. They return false when there is nothing to
+    // worked on is selected and no page is current. They give false when there is nothing to
     // take back, and when the outline was changed since by something that is not recorded (an
     // import, the hand-off intake): the history is dropped then, as it no longer fits.
     bool canUndo() const;
     bool canRedo() const;
-    bool undo();
-    bool redo();
+    Result<bool> undo();
+    Result<bool> redo();
 
 private:
-    void finishMove(OutlineNode* node, OutlineState before, const QString& label);
+    Status finishMove(OutlineNode* node, OutlineState before, const QString& label);
     // The outline as it is, with `focus` (when given) as the node to select on coming back.
     OutlineState captureState(const OutlineNode* focus = nullptr) const;
     // Records the step from `before` to the outline as it is now, with the records it added.
-    void record(const QString& label, OutlineState before,
-                const std::vector<qint32>& addedIds = {});
-    bool apply(OutlineState& from, OutlineState& to);
+    Status record(const QString& label, OutlineState before,
+                  const std::vector<qint32>& addedIds = {});
+    Result<bool> apply(OutlineState& from, OutlineState& to);
 
     TRMData& m_data;
 };

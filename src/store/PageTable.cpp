@@ -2,7 +2,6 @@
 
 #include "store/ColumnCodec.h"
 #include "store/SqliteDatabase.h"
-#include "store/StoreError.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -42,67 +41,88 @@ QString notAProject(const QString& path)
 
 } // namespace
 
-void PageTable::create()
+Status PageTable::create()
 {
-    m_db.exec("DROP TABLE IF EXISTS \"OUTPUT\"");
-    m_db.exec("CREATE TABLE \"OUTPUT\" ("
-              "PageId INTEGER PRIMARY KEY AUTOINCREMENT, "
-              "PageDate REAL, "
-              "PageInfo BLOB, "
-              "PageType INTEGER, "
-              "PageContent BLOB, "
-              "PageComment BLOB, "
-              "PageRandomKey INTEGER)");
-    m_db.exec("PRAGMA application_id = 1263752274"); // kApplicationId
-    m_db.exec("PRAGMA user_version = 1");            // kSchemaVersion
+    for (const char* sql : {"DROP TABLE IF EXISTS \"OUTPUT\"",
+                            "CREATE TABLE \"OUTPUT\" ("
+                            "PageId INTEGER PRIMARY KEY AUTOINCREMENT, "
+                            "PageDate REAL, "
+                            "PageInfo BLOB, "
+                            "PageType INTEGER, "
+                            "PageContent BLOB, "
+                            "PageComment BLOB, "
+                            "PageRandomKey INTEGER)",
+                            "PRAGMA application_id = 1263752274", // kApplicationId
+                            "PRAGMA user_version = 1"}) {         // kSchemaVersion
+        if (Status done = m_db.exec(sql); !done) {
+            return done;
+        }
+    }
+    return {};
 }
 
-void PageTable::validate(bool integrityCheck)
+Status PageTable::validate(bool integrityCheck)
 {
     const QString& path = m_db.path();
     {
         SqliteStatement st(m_db,
                            "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
-        if (!st.step() || st.columnText(0) != QLatin1String("table")) {
-            throw StoreError(notAProject(path));
+        const Result<bool> row = st.step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (!*row || st.columnText(0) != QLatin1String("table")) {
+            return fail(notAProject(path));
         }
     }
     {
         SqliteStatement st(m_db, "PRAGMA user_version");
-        if (st.step() && st.columnInt(0) > kSchemaVersion) {
-            throw StoreError(QStringLiteral("\"%1\" was written by a newer version of Kestrum "
-                                            "(schema %2)")
-                                 .arg(path)
-                                 .arg(st.columnInt(0)));
+        const Result<bool> row = st.step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (*row && st.columnInt(0) > kSchemaVersion) {
+            return fail(QStringLiteral("\"%1\" was written by a newer version of Kestrum "
+                                       "(schema %2)")
+                            .arg(path)
+                            .arg(st.columnInt(0)));
         }
     }
     {
         SqliteStatement st(m_db, "PRAGMA table_info(\"OUTPUT\")");
-        std::size_t i = 0;
-        QStringList missing;
         QStringList names;
-        while (st.step()) {
+        for (;;) {
+            const Result<bool> row = st.step();
+            if (!row) {
+                return fail(row.error());
+            }
+            if (!*row) {
+                break;
+            }
             names << st.columnText(1);
         }
-        for (; i < kColumns.size(); ++i) {
-            if (!names.contains(QLatin1String(kColumns[i]), Qt::CaseInsensitive)) {
-                missing << QLatin1String(kColumns[i]);
+        for (const char* column : kColumns) {
+            if (!names.contains(QLatin1String(column), Qt::CaseInsensitive)) {
+                return fail(notAProject(path));
             }
-        }
-        if (!missing.isEmpty()) {
-            throw StoreError(notAProject(path));
         }
     }
     if (integrityCheck) {
         SqliteStatement st(m_db, "PRAGMA quick_check(1)");
-        if (st.step() && st.columnText(0) != QLatin1String("ok")) {
-            throw StoreError(QStringLiteral("\"%1\" is damaged: %2").arg(path, st.columnText(0)));
+        const Result<bool> row = st.step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (*row && st.columnText(0) != QLatin1String("ok")) {
+            return fail(QStringLiteral("\"%1\" is damaged: %2").arg(path, st.columnText(0)));
         }
     }
+    return {};
 }
 
-qint32 PageTable::insert(double date, const QString& info, qint32 type, const QByteArray& content,
-                         const QString& comment, std::optional<qint32> pageId)
+Result<qint32> PageTable::insert(double date, const QString& info, qint32 type,
+                                 const QByteArray& content, const QString& comment,
+                                 std::optional<qint32> pageId)
 {
     auto st = m_db.cached(
         "INSERT INTO \"OUTPUT\" (PageId, PageDate, PageInfo, PageType, PageContent, PageComment) "
@@ -117,15 +137,17 @@ qint32 PageTable::insert(double date, const QString& info, qint32 type, const QB
     st->bindInt(4, type);
     st->bindBlob(5, ColumnCodec::compress(content, ColumnCodec::kContentLevel));
     st->bindBlob(6, ColumnCodec::compressText(comment, ColumnCodec::kCommentLevel));
-    st->run();
+    if (Status ran = st->run(); !ran) {
+        return fail(ran.error());
+    }
     const qint64 id = m_db.lastInsertRowId();
     if (id > std::numeric_limits<qint32>::max()) {
-        throw StoreError(QStringLiteral("\"%1\" has run out of page numbers").arg(m_db.path()));
+        return fail(QStringLiteral("\"%1\" has run out of page numbers").arg(m_db.path()));
     }
     return qint32(id);
 }
 
-std::vector<qint32> PageTable::insertMany(const std::vector<NewPage>& pages)
+Result<std::vector<qint32>> PageTable::insertMany(const std::vector<NewPage>& pages)
 {
     struct Encoded
     {
@@ -167,6 +189,9 @@ std::vector<qint32> PageTable::insertMany(const std::vector<NewPage>& pages)
     std::vector<qint32> ids;
     ids.reserve(pages.size());
     SqliteTransaction tx(m_db);
+    if (Status begun = tx.begin(); !begun) {
+        return fail(begun.error());
+    }
     std::future<std::vector<Encoded>> next;
     if (!pages.empty()) {
         next = std::async(std::launch::async, encodeBatch, std::size_t(0));
@@ -187,15 +212,22 @@ std::vector<qint32> PageTable::insertMany(const std::vector<NewPage>& pages)
             st->bindInt(3, p.type);
             st->bindBlob(4, batch[i].content);
             st->bindBlob(5, batch[i].comment);
-            st->run();
+            if (Status ran = st->run(); !ran) {
+                if (next.valid()) {
+                    next.wait(); // the batch being compressed still reads `pages`
+                }
+                return fail(ran.error());
+            }
             ids.push_back(qint32(m_db.lastInsertRowId()));
         }
     }
-    tx.commit();
+    if (Status committed = tx.commit(); !committed) {
+        return fail(committed.error());
+    }
     return ids;
 }
 
-void PageTable::insertRaw(const RawPageRow& row, bool assignNewId)
+Status PageTable::insertRaw(const RawPageRow& row, bool assignNewId)
 {
     auto st = m_db.cached(
         "INSERT INTO \"OUTPUT\" (PageId, PageDate, PageInfo, PageType, PageContent, PageComment, "
@@ -218,44 +250,61 @@ void PageTable::insertRaw(const RawPageRow& row, bool assignNewId)
     bindStored(5, row.content, row.contentIsText);
     bindStored(6, row.comment, row.commentIsText);
     row.randomKey ? st->bindInt(7, *row.randomKey) : st->bindNull(7);
-    st->run();
+    return st->run();
 }
 
-bool PageTable::exists(qint32 pageId) const
+Result<bool> PageTable::exists(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT 1 FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     return st->step();
 }
 
-std::optional<qint32> PageTable::firstId() const
+Result<std::optional<qint32>> PageTable::firstId() const
 {
     auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid LIMIT 1");
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
     }
-    return qint32(st->columnInt(0));
+    if (!*row) {
+        return std::optional<qint32>();
+    }
+    return std::optional<qint32>(qint32(st->columnInt(0)));
 }
 
-std::vector<qint32> PageTable::ids() const
+Result<std::vector<qint32>> PageTable::ids() const
 {
     std::vector<qint32> out;
     auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid");
-    while (st->step()) {
+    for (;;) {
+        const Result<bool> row = st->step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (!*row) {
+            return out;
+        }
         const qint64 id = st->columnInt(0);
         if (id >= std::numeric_limits<qint32>::min() && id <= std::numeric_limits<qint32>::max()) {
             out.push_back(qint32(id));
         }
     }
-    return out;
 }
 
-std::vector<PageSummary> PageTable::summaries() const
+Result<std::vector<PageSummary>> PageTable::summaries() const
 {
     std::vector<PageSummary> out;
     SqliteStatement st(
         m_db, "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
-    while (st.step()) {
+    for (;;) {
+        const Result<bool> row = st.step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (!*row) {
+            return out;
+        }
         PageSummary s;
         s.storedId = st.columnInt(0);
         s.idOutOfRange = s.storedId < std::numeric_limits<qint32>::min() ||
@@ -273,107 +322,140 @@ std::vector<PageSummary> PageTable::summaries() const
         }
         out.push_back(std::move(s));
     }
-    return out;
 }
 
-qint64 PageTable::rowCount() const
+Result<qint64> PageTable::rowCount() const
 {
     auto st = m_db.cached("SELECT count(*) FROM \"OUTPUT\"");
-    st->step();
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
+    }
     return st->columnInt(0);
 }
 
-QString PageTable::decodeText(qint32 pageId, const char* column, const QByteArray& stored,
-                              bool isText) const
+Result<QString> PageTable::decodeText(qint32 pageId, const char* column, const QByteArray& stored,
+                                      bool isText) const
 {
     if (isText) {
         return QString::fromUtf8(stored);
     }
     auto text = ColumnCodec::decompressText(stored);
     if (!text) {
-        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
-                             .arg(pageId)
-                             .arg(m_db.path(), QLatin1String(column), text.error()));
+        return fail(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
+                        .arg(pageId)
+                        .arg(m_db.path(), QLatin1String(column), text.error()));
     }
     return *text;
 }
 
-QByteArray PageTable::decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
-                                  bool isText) const
+Result<QByteArray> PageTable::decodeBytes(qint32 pageId, const char* column,
+                                          const QByteArray& stored, bool isText) const
 {
     if (isText) {
         return stored;
     }
     auto bytes = ColumnCodec::decompress(stored);
     if (!bytes) {
-        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
-                             .arg(pageId)
-                             .arg(m_db.path(), QLatin1String(column), bytes.error()));
+        return fail(QStringLiteral("Page %1 of \"%2\" cannot be read: %3 of %4")
+                        .arg(pageId)
+                        .arg(m_db.path(), QLatin1String(column), bytes.error()));
     }
     return *bytes;
 }
 
-std::optional<QByteArray> PageTable::readContent(qint32 pageId) const
+namespace {
+
+// A decoded column of one record as the readers give it: nullopt when the record is missing.
+template <class T> Result<std::optional<T>> present(Result<T> decoded)
+{
+    if (!decoded) {
+        return fail(decoded.error());
+    }
+    return std::optional<T>(std::move(*decoded));
+}
+
+} // namespace
+
+Result<std::optional<QByteArray>> PageTable::readContent(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT PageContent FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
+    }
+    if (!*row) {
+        return std::optional<QByteArray>();
     }
     const auto [stored, isText] = storedColumn(*st, 0);
-    return decodeBytes(pageId, "PageContent", stored, isText);
+    return present(decodeBytes(pageId, "PageContent", stored, isText));
 }
 
-std::optional<QString> PageTable::readInfo(qint32 pageId) const
+Result<std::optional<QString>> PageTable::readInfo(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT PageInfo FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
+    }
+    if (!*row) {
+        return std::optional<QString>();
     }
     const auto [stored, isText] = storedColumn(*st, 0);
-    return decodeText(pageId, "PageInfo", stored, isText);
+    return present(decodeText(pageId, "PageInfo", stored, isText));
 }
 
-std::optional<QString> PageTable::readComment(qint32 pageId) const
+Result<std::optional<QString>> PageTable::readComment(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT PageComment FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
+    }
+    if (!*row) {
+        return std::optional<QString>();
     }
     const auto [stored, isText] = storedColumn(*st, 0);
-    return decodeText(pageId, "PageComment", stored, isText);
+    return present(decodeText(pageId, "PageComment", stored, isText));
 }
 
-std::optional<qint32> PageTable::readType(qint32 pageId) const
+Result<std::optional<qint32>> PageTable::readType(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT PageType FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
     }
-    return qint32(st->columnInt(0));
+    return *row ? std::optional<qint32>(qint32(st->columnInt(0))) : std::nullopt;
 }
 
-std::optional<double> PageTable::readDate(qint32 pageId) const
+Result<std::optional<double>> PageTable::readDate(qint32 pageId) const
 {
     auto st = m_db.cached("SELECT PageDate FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> row = st->step();
+    if (!row) {
+        return fail(row.error());
     }
-    return st->columnDouble(0);
+    return *row ? std::optional<double>(st->columnDouble(0)) : std::nullopt;
 }
 
-std::optional<RawPageRow> PageTable::readRaw(qint32 pageId) const
+Result<std::optional<RawPageRow>> PageTable::readRaw(qint32 pageId) const
 {
     auto st = m_db.cached(
         "SELECT PageId, PageDate, PageInfo, PageType, PageContent, PageComment, PageRandomKey "
         "FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
-    if (!st->step()) {
-        return std::nullopt;
+    const Result<bool> found = st->step();
+    if (!found) {
+        return fail(found.error());
+    }
+    if (!*found) {
+        return std::optional<RawPageRow>();
     }
     RawPageRow row;
     row.pageId = st->columnInt(0);
@@ -389,33 +471,39 @@ std::optional<RawPageRow> PageTable::readRaw(qint32 pageId) const
     if (st->columnType(6) != Type::Null) {
         row.randomKey = st->columnInt(6);
     }
-    return row;
+    return std::optional<RawPageRow>(std::move(row));
 }
 
-bool PageTable::writeContent(qint32 pageId, const QByteArray& content)
+Result<bool> PageTable::changeOne(const char* sql, const std::optional<QByteArray>& value,
+                                  qint32 pageId)
 {
-    auto st = m_db.cached("UPDATE \"OUTPUT\" SET PageContent = ? WHERE PageId = ?");
-    st->bindBlob(1, ColumnCodec::compress(content, ColumnCodec::kContentLevel));
-    st->bindInt(2, pageId);
-    st->run();
+    auto st = m_db.cached(sql);
+    int index = 1;
+    if (value) {
+        st->bindBlob(index++, *value);
+    }
+    st->bindInt(index, pageId);
+    if (Status ran = st->run(); !ran) {
+        return fail(ran.error());
+    }
     return m_db.changes() > 0;
 }
 
-bool PageTable::writeComment(qint32 pageId, const QString& comment)
+Result<bool> PageTable::writeContent(qint32 pageId, const QByteArray& content)
 {
-    auto st = m_db.cached("UPDATE \"OUTPUT\" SET PageComment = ? WHERE PageId = ?");
-    st->bindBlob(1, ColumnCodec::compressText(comment, ColumnCodec::kCommentLevel));
-    st->bindInt(2, pageId);
-    st->run();
-    return m_db.changes() > 0;
+    return changeOne("UPDATE \"OUTPUT\" SET PageContent = ? WHERE PageId = ?",
+                     ColumnCodec::compress(content, ColumnCodec::kContentLevel), pageId);
 }
 
-bool PageTable::remove(qint32 pageId)
+Result<bool> PageTable::writeComment(qint32 pageId, const QString& comment)
 {
-    auto st = m_db.cached("DELETE FROM \"OUTPUT\" WHERE PageId = ?");
-    st->bindInt(1, pageId);
-    st->run();
-    return m_db.changes() > 0;
+    return changeOne("UPDATE \"OUTPUT\" SET PageComment = ? WHERE PageId = ?",
+                     ColumnCodec::compressText(comment, ColumnCodec::kCommentLevel), pageId);
+}
+
+Result<bool> PageTable::remove(qint32 pageId)
+{
+    return changeOne("DELETE FROM \"OUTPUT\" WHERE PageId = ?", std::nullopt, pageId);
 }
 
 } // namespace kestrum::store

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -59,7 +61,8 @@ struct PageSummary
 
 // The table "OUTPUT" of a project file: the SQL of creating, checking, reading and writing page
 // records. Text columns are UTF-8 compressed with ColumnCodec; reading is lenient about what a
-// host program wrote (NULL, uncompressed text) and strict about damage.
+// host program wrote (NULL, uncompressed text) and strict about damage. Every operation reports
+// a failure of the file (locked, damaged, full) as an Error naming it.
 class PageTable
 {
 public:
@@ -71,45 +74,48 @@ public:
     static constexpr int kSchemaVersion = 1;
 
     // Drops any table "OUTPUT" and creates it anew with the seven columns.
-    void create();
-    // Throws StoreError unless the file is a sound database with a usable table "OUTPUT".
-    void validate(bool integrityCheck);
+    Status create();
+    // Fails unless the file is a sound database with a usable table "OUTPUT".
+    Status validate(bool integrityCheck);
 
     // Appends a record; with `pageId` the id is written explicitly. Returns the id.
-    qint32 insert(double date, const QString& info, qint32 type, const QByteArray& content,
-                  const QString& comment, std::optional<qint32> pageId = std::nullopt);
+    Result<qint32> insert(double date, const QString& info, qint32 type, const QByteArray& content,
+                          const QString& comment, std::optional<qint32> pageId = std::nullopt);
     // Inserts a row as stored; with `assignNewId` the table gives it a fresh page id.
-    void insertRaw(const RawPageRow& row, bool assignNewId = false);
+    Status insertRaw(const RawPageRow& row, bool assignNewId = false);
     // Appends many records in one transaction, compressing them on every core while the
     // previous batch is written. Returns the ids in order.
-    std::vector<qint32> insertMany(const std::vector<NewPage>& pages);
+    Result<std::vector<qint32>> insertMany(const std::vector<NewPage>& pages);
 
-    bool exists(qint32 pageId) const;
-    // The first record in the table's natural order.
-    std::optional<qint32> firstId() const;
-    std::vector<qint32> ids() const;
-    std::vector<PageSummary> summaries() const;
-    qint64 rowCount() const;
+    Result<bool> exists(qint32 pageId) const;
+    // The first record in the table's natural order; nullopt when the table is empty.
+    Result<std::optional<qint32>> firstId() const;
+    Result<std::vector<qint32>> ids() const;
+    Result<std::vector<PageSummary>> summaries() const;
+    Result<qint64> rowCount() const;
 
-    // Readers throw StoreError naming the page when a column is damaged; a missing record
-    // gives nullopt.
-    std::optional<QByteArray> readContent(qint32 pageId) const;
-    std::optional<QString> readInfo(qint32 pageId) const;
-    std::optional<QString> readComment(qint32 pageId) const;
-    std::optional<qint32> readType(qint32 pageId) const;
-    std::optional<double> readDate(qint32 pageId) const;
-    std::optional<RawPageRow> readRaw(qint32 pageId) const;
+    // Readers fail naming the page when a column is damaged; a missing record gives nullopt.
+    Result<std::optional<QByteArray>> readContent(qint32 pageId) const;
+    Result<std::optional<QString>> readInfo(qint32 pageId) const;
+    Result<std::optional<QString>> readComment(qint32 pageId) const;
+    Result<std::optional<qint32>> readType(qint32 pageId) const;
+    Result<std::optional<double>> readDate(qint32 pageId) const;
+    Result<std::optional<RawPageRow>> readRaw(qint32 pageId) const;
 
-    // Writers return false when the record does not exist.
-    bool writeContent(qint32 pageId, const QByteArray& content);
-    bool writeComment(qint32 pageId, const QString& comment);
-    bool remove(qint32 pageId);
+    // Writers give false when the record does not exist.
+    Result<bool> writeContent(qint32 pageId, const QByteArray& content);
+    Result<bool> writeComment(qint32 pageId, const QString& comment);
+    Result<bool> remove(qint32 pageId);
 
 private:
-    QString decodeText(qint32 pageId, const char* column, const QByteArray& stored,
-                       bool isText) const;
-    QByteArray decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
-                           bool isText) const;
+    Result<QString> decodeText(qint32 pageId, const char* column, const QByteArray& stored,
+                               bool isText) const;
+    Result<QByteArray> decodeBytes(qint32 pageId, const char* column, const QByteArray& stored,
+                                   bool isText) const;
+    // Runs a cached statement that changes one record (`value`, when given, is bound before
+    // the page id); false when no record was changed.
+    Result<bool> changeOne(const char* sql, const std::optional<QByteArray>& value,
+                           qint32 pageId);
 
     SqliteDatabase& m_db;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Result.h"
 #include "store/OutlineNode.h"
 #include "store/PageTable.h"
 #include "store/SqliteDatabase.h"
@@ -13,7 +14,9 @@ namespace kestrum::store {
 class ProjectReader
 {
 public:
-    explicit ProjectReader(const QString& path);
+    ProjectReader() = default;
+    // Opens the file read-only and reads its outline; fails when it is not a usable project.
+    Status open(const QString& path);
 
     const QString& path() const { return m_db.path(); }
     PageTable& table() { return *m_table; }

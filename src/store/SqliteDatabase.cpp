@@ -1,7 +1,5 @@
 #include "SqliteDatabase.h"
 
-#include "StoreError.h"
-
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,14 +9,21 @@ namespace kestrum::store {
 
 // ---- SqliteStatement -------------------------------------------------------------------------
 
+namespace {
+const QString kNoProject = QStringLiteral("No project file is open");
+} // namespace
+
 SqliteStatement::SqliteStatement(SqliteDatabase& db, const char* sql, bool persistent) : m_db(db)
 {
     if (!db.isOpen()) {
-        throw StoreError(QStringLiteral("No project file is open"));
+        m_failure = kNoProject;
+        return;
     }
     const unsigned flags = persistent ? SQLITE_PREPARE_PERSISTENT : 0;
     if (sqlite3_prepare_v3(db.handle(), sql, -1, flags, &m_stmt, nullptr) != SQLITE_OK) {
-        db.raise(QStringLiteral("Cannot read"));
+        m_failure = db.failureMessage(QStringLiteral("Cannot read"));
+        sqlite3_finalize(m_stmt);
+        m_stmt = nullptr;
     }
 }
 
@@ -27,37 +32,59 @@ SqliteStatement::~SqliteStatement()
     sqlite3_finalize(m_stmt);
 }
 
+void SqliteStatement::noteBind(int rc)
+{
+    // The first failure is kept: the statement then refuses to run instead of storing NULL
+    // in place of the value (a blob beyond the engine's limit, say).
+    if (rc != SQLITE_OK && m_failure.isEmpty()) {
+        m_failure = m_db.failureMessage(QStringLiteral("Cannot write"));
+    }
+}
+
 void SqliteStatement::bindInt(int index, qint64 value)
 {
-    sqlite3_bind_int64(m_stmt, index, value);
+    if (m_stmt) {
+        noteBind(sqlite3_bind_int64(m_stmt, index, value));
+    }
 }
 
 void SqliteStatement::bindDouble(int index, double value)
 {
-    sqlite3_bind_double(m_stmt, index, value);
+    if (m_stmt) {
+        noteBind(sqlite3_bind_double(m_stmt, index, value));
+    }
 }
 
 void SqliteStatement::bindBlob(int index, const QByteArray& value)
 {
     // A zero-length blob (not NULL) for an empty value; SQLITE_TRANSIENT copies the bytes.
-    sqlite3_bind_blob64(m_stmt, index, value.isEmpty() ? "" : value.constData(),
-                        sqlite3_uint64(value.size()), SQLITE_TRANSIENT);
+    if (m_stmt) {
+        noteBind(sqlite3_bind_blob64(m_stmt, index, value.isEmpty() ? "" : value.constData(),
+                                     sqlite3_uint64(value.size()), SQLITE_TRANSIENT));
+    }
 }
 
 void SqliteStatement::bindText(int index, const QString& value)
 {
-    const QByteArray utf8 = value.toUtf8();
-    sqlite3_bind_text64(m_stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
-                        SQLITE_TRANSIENT, SQLITE_UTF8);
+    if (m_stmt) {
+        const QByteArray utf8 = value.toUtf8();
+        noteBind(sqlite3_bind_text64(m_stmt, index, utf8.constData(),
+                                     sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8));
+    }
 }
 
 void SqliteStatement::bindNull(int index)
 {
-    sqlite3_bind_null(m_stmt, index);
+    if (m_stmt) {
+        noteBind(sqlite3_bind_null(m_stmt, index));
+    }
 }
 
-bool SqliteStatement::step()
+Result<bool> SqliteStatement::step()
 {
+    if (!m_failure.isEmpty()) {
+        return fail(m_failure);
+    }
     const int rc = sqlite3_step(m_stmt);
     if (rc == SQLITE_ROW) {
         return true;
@@ -65,20 +92,31 @@ bool SqliteStatement::step()
     if (rc == SQLITE_DONE) {
         return false;
     }
+    const Error error = m_db.failure(QStringLiteral("Cannot access"));
     sqlite3_reset(m_stmt);
-    m_db.raise(QStringLiteral("Cannot access"));
+    return error;
 }
 
-void SqliteStatement::run()
+Status SqliteStatement::run()
 {
-    while (step()) {
+    for (;;) {
+        const Result<bool> row = step();
+        if (!row) {
+            return fail(row.error());
+        }
+        if (!*row) {
+            return {};
+        }
     }
 }
 
 void SqliteStatement::reset()
 {
-    sqlite3_reset(m_stmt);
-    sqlite3_clear_bindings(m_stmt);
+    if (m_stmt) {
+        sqlite3_reset(m_stmt);
+        sqlite3_clear_bindings(m_stmt);
+        m_failure.clear(); // a bind failure belongs to the use that is over
+    }
 }
 
 SqliteStatement::Type SqliteStatement::columnType(int column) const
@@ -149,26 +187,28 @@ SqliteDatabase::~SqliteDatabase()
     close();
 }
 
-void SqliteDatabase::rollBackInterruptedWrite(const QString& path)
+Status SqliteDatabase::rollBackInterruptedWrite(const QString& path)
 {
     // A write cut short (a crash, a killed process) leaves a journal beside the file that only a
     // connection allowed to write can roll back; reading through a read-only one would fail.
     const QFileInfo journal(path + QStringLiteral("-journal"));
     if (!journal.exists() || journal.size() == 0) {
-        return;
+        return {};
     }
     if (!QFileInfo(path).isWritable() || !QFileInfo(journal.absolutePath()).isWritable()) {
-        throw StoreError(QStringLiteral("\"%1\" was not closed properly and cannot be repaired "
-                                        "here (the file or its folder is read-only): open it "
-                                        "once where it can be written")
-                             .arg(path));
+        return fail(QStringLiteral("\"%1\" was not closed properly and cannot be repaired "
+                                   "here (the file or its folder is read-only): open it "
+                                   "once where it can be written")
+                        .arg(path));
     }
     SqliteDatabase repair;
-    repair.open(path, OpenMode::ReadWrite);
-    repair.exec("SELECT count(*) FROM sqlite_schema"); // the first read rolls the journal back
+    if (Status opened = repair.open(path, OpenMode::ReadWrite); !opened) {
+        return opened;
+    }
+    return repair.exec("SELECT count(*) FROM sqlite_schema"); // the first read rolls it back
 }
 
-void SqliteDatabase::open(const QString& path, OpenMode mode)
+Status SqliteDatabase::open(const QString& path, OpenMode mode)
 {
     close();
     int flags = SQLITE_OPEN_FULLMUTEX;
@@ -184,10 +224,12 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
         break;
     }
     if (mode != OpenMode::ReadWriteCreate && !QFile::exists(path)) {
-        throw StoreError(QStringLiteral("Cannot open \"%1\": the file does not exist").arg(path));
+        return fail(QStringLiteral("Cannot open \"%1\": the file does not exist").arg(path));
     }
     if (mode == OpenMode::ReadOnly) {
-        rollBackInterruptedWrite(path);
+        if (Status repaired = rollBackInterruptedWrite(path); !repaired) {
+            return repaired;
+        }
     }
     sqlite3* db = nullptr;
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);
@@ -195,7 +237,7 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
         const QString why =
             db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
         sqlite3_close_v2(db);
-        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(path, why));
+        return fail(QStringLiteral("Cannot open \"%1\": %2").arg(path, why));
     }
     m_db = db;
     m_path = path;
@@ -208,6 +250,7 @@ void SqliteDatabase::open(const QString& path, OpenMode mode)
     sqlite3_db_config(m_db, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_busy_timeout(m_db, g_busyTimeoutMs);
     sqlite3_extended_result_codes(m_db, 1);
+    return {};
 }
 
 void SqliteDatabase::close()
@@ -225,23 +268,24 @@ void SqliteDatabase::close()
     m_path.clear();
 }
 
-void SqliteDatabase::exec(const char* sql)
+Status SqliteDatabase::exec(const char* sql)
 {
     if (!m_db) {
-        throw StoreError(QStringLiteral("No project file is open"));
+        return fail(kNoProject);
     }
     if (sqlite3_exec(m_db, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-        raise(QStringLiteral("Cannot write"));
+        return failure(QStringLiteral("Cannot write"));
     }
+    return {};
 }
 
 CachedStatement SqliteDatabase::cached(const char* sql)
 {
-    auto it = m_cache.find(sql);
-    if (it == m_cache.end()) {
-        it = m_cache.emplace(sql, std::make_unique<SqliteStatement>(*this, sql, true)).first;
+    std::unique_ptr<SqliteStatement>& st = m_cache[sql];
+    if (!st || !st->isPrepared()) {
+        st = std::make_unique<SqliteStatement>(*this, sql, true);
     }
-    return CachedStatement(*it->second);
+    return CachedStatement(*st);
 }
 
 qint64 SqliteDatabase::lastInsertRowId() const
@@ -283,40 +327,39 @@ QString SqliteDatabase::failureMessage(const QString& what) const
     }
 }
 
-void SqliteDatabase::raise(const QString& what) const
-{
-    throw StoreError(failureMessage(what));
-}
-
-void SqliteDatabase::beginTransaction()
+Status SqliteDatabase::beginTransaction()
 {
     if (m_transactionDepth == 0) {
         // IMMEDIATE takes the write lock now (waiting for another writer up to the busy
         // timeout), so the change cannot fail half-way for lack of it.
-        exec("BEGIN IMMEDIATE");
+        if (Status begun = exec("BEGIN IMMEDIATE"); !begun) {
+            return begun;
+        }
         m_rollbackOnly = false;
     }
     ++m_transactionDepth;
+    return {};
 }
 
-void SqliteDatabase::commitTransaction()
+Status SqliteDatabase::commitTransaction()
 {
     if (m_transactionDepth == 0) {
-        return;
+        return {};
     }
     if (--m_transactionDepth > 0) {
-        return;
+        return {};
     }
     if (m_rollbackOnly) {
         sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
         m_rollbackOnly = false;
-        throw StoreError(QStringLiteral("A change to \"%1\" failed and was undone").arg(m_path));
+        return fail(QStringLiteral("A change to \"%1\" failed and was undone").arg(m_path));
     }
     if (sqlite3_exec(m_db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK) {
-        const QString message = failureMessage(QStringLiteral("Cannot write"));
+        const Error error = failure(QStringLiteral("Cannot write"));
         sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
-        throw StoreError(message);
+        return error;
     }
+    return {};
 }
 
 void SqliteDatabase::rollbackTransaction()

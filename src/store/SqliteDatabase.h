@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,7 +17,9 @@ namespace kestrum::store {
 
 class SqliteDatabase;
 
-// One prepared statement. Errors throw StoreError naming the database file.
+// One prepared statement. Its failures come back from step() and run() in the user's words,
+// naming the database file: a statement that could not be prepared, or a value that could not
+// be bound, fails there rather than writing something else.
 class SqliteStatement
 {
 public:
@@ -31,10 +35,11 @@ public:
     void bindNull(int index);
 
     // Advances to the next row: true when a row is available, false when done.
-    bool step();
+    Result<bool> step();
     // Runs a statement that returns no rows (or whose rows are not needed).
-    void run();
+    Status run();
     void reset();
+    bool isPrepared() const { return m_stmt != nullptr; }
 
     enum class Type
     {
@@ -52,8 +57,12 @@ public:
     int columnCount() const;
 
 private:
+    void noteBind(int rc);
+
     SqliteDatabase& m_db;
     sqlite3_stmt* m_stmt = nullptr;
+    // Why the statement cannot run (not prepared, a value not bound); empty when it can.
+    QString m_failure;
 };
 
 // A cached statement in use: reset when the scope ends, so that no half-read statement keeps a
@@ -97,15 +106,16 @@ public:
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
     // Opens the file; a read-only open first rolls back a write that was cut short.
-    void open(const QString& path, OpenMode mode);
-    static void rollBackInterruptedWrite(const QString& path);
+    Status open(const QString& path, OpenMode mode);
+    static Status rollBackInterruptedWrite(const QString& path);
     void close();
     bool isOpen() const { return m_db != nullptr; }
     const QString& path() const { return m_path; }
     sqlite3* handle() const { return m_db; }
 
-    void exec(const char* sql);
-    // A statement prepared once per connection, reset after each use.
+    Status exec(const char* sql);
+    // A statement prepared once per connection, reset after each use (prepared again when the
+    // last preparation failed, as it does while another program holds the file locked).
     CachedStatement cached(const char* sql);
 
     qint64 lastInsertRowId() const;
@@ -114,11 +124,13 @@ public:
     // The last failure in the user's words: its cause where the engine names one the user can
     // act on (locked, read-only, disk full, not a project), else `what` and the engine's text.
     QString failureMessage(const QString& what) const;
-    [[noreturn]] void raise(const QString& what) const;
+    // The last failure as an Error, for `return db.failure(...)`.
+    Error failure(const QString& what) const { return fail(failureMessage(what)); }
 
-    // Transaction nesting: only the outermost level begins and commits.
-    void beginTransaction();
-    void commitTransaction();
+    // Transaction nesting: only the outermost level begins and commits. A nested level that
+    // rolls back makes the outermost commit fail and undo everything.
+    Status beginTransaction();
+    Status commitTransaction();
     void rollbackTransaction();
     bool inTransaction() const { return m_transactionDepth > 0; }
 
@@ -135,28 +147,38 @@ private:
     bool m_rollbackOnly = false;
 };
 
-// Scope guard: commits on commit(), rolls back when left without it (an exception).
+// Scope guard: begin() starts the transaction, commit() ends it; leaving the scope after a
+// successful begin() without commit() (a failure on the way) rolls it back.
 class SqliteTransaction
 {
 public:
-    explicit SqliteTransaction(SqliteDatabase& db) : m_db(db) { m_db.beginTransaction(); }
+    explicit SqliteTransaction(SqliteDatabase& db) : m_db(db) {}
     ~SqliteTransaction()
     {
-        if (!m_done) {
+        if (m_open) {
             m_db.rollbackTransaction();
         }
     }
     SqliteTransaction(const SqliteTransaction&) = delete;
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;
-    void commit()
+    Status begin()
     {
-        m_done = true;
-        m_db.commitTransaction();
+        Status begun = m_db.beginTransaction();
+        m_open = begun.ok();
+        return begun;
+    }
+    Status commit()
+    {
+        if (!m_open) {
+            return {};
+        }
+        m_open = false;
+        return m_db.commitTransaction();
     }
 
 private:
     SqliteDatabase& m_db;
-    bool m_done = false;
+    bool m_open = false;
 };
 
 } // namespace kestrum::store

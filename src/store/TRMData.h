@@ -18,8 +18,9 @@ class SqliteDatabase;
 
 // The project store: one project file (an SQLite database with the page table "OUTPUT"), its
 // outline, and the kept-items file beside it. Pages are read and written through the page
-// documents registered for each kind. Engine failures (locked or damaged file) are thrown as
-// StoreError to the command that caused them; multi-record changes are single transactions.
+// documents registered for each kind. Failures of the file (locked, damaged, full, read-only)
+// come back as an Error to the command that caused them, in words it shows the user as they
+// are; multi-record changes are single transactions.
 class TRMData : public QObject
 {
     Q_OBJECT
@@ -45,7 +46,7 @@ public:
     QString windowTitle() const { return m_windowTitle; }
     bool isClosing() const { return m_closing; }
     // The open project's file (or its folder) cannot be written: it was opened read-only, every
-    // change is refused with a StoreError and the outline is never written.
+    // change is refused with an Error and the outline is never written.
     bool isReadOnly() const { return m_readOnly; }
     bool isAdding() const { return m_adding; }
     bool isModified() const { return m_modified; }
@@ -62,27 +63,33 @@ public:
     void setClock(std::function<double()> clock) { m_clock = std::move(clock); }
 
     // ---- project files
-    void DBCreate(const QString& fileName);
+    // Creates a project; a file that cannot be one leaves the open project as it was.
+    Status DBCreate(const QString& fileName);
     // Opens a project; a file (or folder) that cannot be written is opened read-only, as is any
-    // file when `readOnly` is set.
-    void DBOpen(const QString& fileName, bool readOnly = false);
+    // file when `readOnly` is set. A file that cannot be opened leaves the open project open.
+    Status DBOpen(const QString& fileName, bool readOnly = false);
+    // Writes the outline and closes; a failure to write it is announced by warning().
     void CloseFile();
     // Closes the project without writing anything, not even the selection: for a command that
     // was refused after opening.
     void closeUnchanged();
 
     // ---- records
-    qint32 AddRecord(qint32 pageType, const QString& title, const QString& sourceFile);
-    qint32 AddWPRecord(const QString& title, qint32 pageType);
-    void DeleteRecord(qint32 pageId);
-    // Runs `work` as one transaction of the project file: all of its writes or none.
-    void runInTransaction(const std::function<void()>& work);
+    // The new record's page id; -1 when no project is open.
+    Result<qint32> AddRecord(qint32 pageType, const QString& title, const QString& sourceFile);
+    Result<qint32> AddWPRecord(const QString& title, qint32 pageType);
+    Status DeleteRecord(qint32 pageId);
+    // Runs `work` as one transaction of the project file: all of its writes, or none when it
+    // (or the commit) fails.
+    Status runInTransaction(const std::function<Status()>& work);
     // What a host program does: a record with no outline node (all columns given).
-    qint32 appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
-                        const QString& comment);
+    Result<qint32> appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
+                                const QString& comment);
     // Many host-style records at once, in one transaction (compressed on every core).
-    std::vector<qint32> appendRecords(const std::vector<NewPage>& pages);
-    OutlineNode* AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
+    Result<std::vector<qint32>> appendRecords(const std::vector<NewPage>& pages);
+    // The node added for the file; null when no project is open or there is no node to add to.
+    // A failure leaves the outline as it was.
+    Result<OutlineNode*> AppendFile(const QString& fileName, OutlineNode* node, bool asChild);
     // Whether the last AddRecord imported a file that its kind keeps unsaved for now (a
     // delimited table): the page is to be left modified, so that leaving it stores it.
     bool lastImportUnsaved() const { return m_unsavedImport.has_value(); }
@@ -91,39 +98,42 @@ public:
     qint32 pageTypeForFile(const QString& fileName) const;
 
     // ---- outline
-    void SaveTree();
+    Status SaveTree();
 
     // ---- page content (page id -1: the current record)
     // A page's stored record, read without side effects: the current record stays where it is.
-    std::optional<StoredPage> readPage(qint32 pageId) const;
+    // nullopt when there is no such page (or no project).
+    Result<std::optional<StoredPage>> readPage(qint32 pageId) const;
     // Writes the content of `document` into the page; false when the page does not exist.
-    // Throws StoreError when the document cannot write itself or the file cannot be written.
-    bool savePage(qint32 pageId, PageDocument& document);
+    // Fails when the document cannot write itself or the file cannot be written.
+    Result<bool> savePage(qint32 pageId, PageDocument& document);
     // Reads the page into `document` (its PageInfo first, then its content); the page becomes
     // the current record, as for every store operation by kind. A missing page
-    // clears the document when its kind says so, else leaves it as it is; returns false then.
-    // Throws StoreError when the content cannot be read (the document is left cleared).
-    bool loadPage(qint32 pageId, PageDocument& document);
+    // clears the document when its kind says so, else leaves it as it is; gives false then.
+    // Fails when the content cannot be read (the document is left cleared).
+    Result<bool> loadPage(qint32 pageId, PageDocument& document);
     // The store operations by kind: each saves or loads the given document.
-    bool SaveWP(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetWP(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveGrid(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetGrid(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveChart(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetChart(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveImage(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetImage(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveDiagram(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetDiagram(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveWordCloud(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetWordCloud(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
-    bool SaveTimeLine(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
-    bool GetTimeLine(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveWP(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetWP(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveGrid(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetGrid(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveChart(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetChart(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveImage(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetImage(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveDiagram(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetDiagram(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveWordCloud(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetWordCloud(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
+    Result<bool> SaveTimeLine(qint32 pageId, PageDocument& doc) { return savePage(pageId, doc); }
+    Result<bool> GetTimeLine(qint32 pageId, PageDocument& doc) { return loadPage(pageId, doc); }
     // Writes already serialised content into the page (a kind's stored format).
-    bool writePageContent(qint32 pageId, const QByteArray& content);
+    Result<bool> writePageContent(qint32 pageId, const QByteArray& content);
 
-    bool SaveComment(qint32 pageId, const QString& text);
-    bool GetComment(qint32 pageId, QString* text);
+    // False when the page does not exist.
+    Result<bool> SaveComment(qint32 pageId, const QString& text);
+    // The page's comment; nullopt when the page does not exist.
+    Result<std::optional<QString>> GetComment(qint32 pageId);
 
     // ---- settings beside the project
     // The companion settings file when it exists (its extension in any case), else empty.
@@ -138,14 +148,16 @@ public:
     // `lowerCaseSupTest` chooses the timer's test over the one made on opening.
     QString handOffFileName(bool lowerCaseSupTest) const;
     // One tick of the hand-off poll: runs GetNewPages when the hand-off file exists.
-    // Returns whether it ran.
-    bool pollHandOff();
-    void GetNewPages();
+    // Gives whether it ran.
+    Result<bool> pollHandOff();
+    // Adopts the records no node refers to; a failure leaves the outline and the hand-off
+    // file as they were, for the next tick.
+    Status GetNewPages();
     // The kept-items file beside the project (extension ".sup").
     QString keptItemsFileName() const;
     // "Keep selected item": copies the selected page, or the pages directly under a selected
-    // node, into the kept-items file (created when missing). Returns the number copied.
-    int MoveToSup();
+    // node, into the kept-items file (created when missing). Gives the number copied.
+    Result<int> MoveToSup();
 
 signals:
     void titleChanged(const QString& title);
@@ -165,13 +177,16 @@ signals:
 
 private:
     bool usable() const;
-    void requireWritable() const;
+    // Fails with the read-only message when the open project cannot be written.
+    Status requireWritable() const;
     // What closing does before the connection goes: the page on screen and the outline written.
     void flushBeforeClose();
     void closeConnections();
-    std::optional<qint32> locate(qint32 pageId);
+    // The page an operation by kind works on (the current record for -1); it becomes the
+    // current record. nullopt when there is no such page.
+    Result<std::optional<qint32>> locate(qint32 pageId);
     // The page a read looks at: the current record for -1; does not move it.
-    std::optional<qint32> find(qint32 pageId) const;
+    Result<std::optional<qint32>> find(qint32 pageId) const;
     void setTitleFromFile(const QString& fileName);
     void restoreSelectionAfterOpen();
     double now() const { return m_clock(); }
