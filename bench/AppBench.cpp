@@ -1,6 +1,7 @@
 // The main window over a 10,000-node outline: selecting a node until its page is shown, and
 // each outline command including the outline write.
 
+#include "BenchChecks.h"
 #include "BenchMain.h"
 #include "app/OutlineItemModel.h"
 #include "app/OutlineView.h"
@@ -20,6 +21,8 @@
 #include <benchmark/benchmark.h>
 
 using namespace kestrum;
+using bench::failed;
+using bench::require;
 using store::OutlineNode;
 
 namespace {
@@ -36,10 +39,11 @@ QString outlineProject()
         return file;
     }
     store::SqliteDatabase db;
-    db.open(file + QStringLiteral(".part"), store::SqliteDatabase::OpenMode::ReadWriteCreate);
+    require(
+        db.open(file + QStringLiteral(".part"), store::SqliteDatabase::OpenMode::ReadWriteCreate));
     store::PageTable table(db);
-    table.create();
-    table.insert(46000, QStringLiteral("Outline"), 10, {}, {}, 0);
+    require(table.create());
+    require(table.insert(46000, QStringLiteral("Outline"), 10, {}, {}, 0));
     std::vector<store::NewPage> pages;
     const QByteArray text =
         QByteArray("{\\rtf1 ") + QByteArray("interview passage ").repeated(1100) + '}';
@@ -47,7 +51,7 @@ QString outlineProject()
         pages.push_back({46000, QStringLiteral("Passage %1").arg(i), 0, text,
                          QStringLiteral("comment %1").arg(i)});
     }
-    table.insertMany(pages);
+    require(table.insertMany(pages));
     store::OutlineNodeData rootData;
     rootData.caption = QStringLiteral("Bench");
     rootData.imageIndex = 10;
@@ -68,7 +72,7 @@ QString outlineProject()
         p.data = i + 1;
         folder->appendChildUnchecked(std::make_unique<OutlineNode>(p));
     }
-    table.writeContent(0, store::OutlineStream::write(&root));
+    require(table.writeContent(0, store::OutlineStream::write(&root)));
     db.close();
     QFile::rename(file + QStringLiteral(".part"), file);
     return file;

@@ -2,6 +2,7 @@
 // Appending pages, opening the project, writing the outline, reading one page, and taking in
 // 10,000 handed-over records.
 
+#include "BenchChecks.h"
 #include "BenchMain.h"
 #include "common/DayCount.h"
 #include "store/OutlineStream.h"
@@ -23,6 +24,9 @@
 #include <unistd.h>
 
 using namespace kestrum::store;
+using kestrum::Status;
+using kestrum::bench::failed;
+using kestrum::bench::require;
 
 namespace {
 
@@ -102,19 +106,20 @@ QString reportProject()
     QFile::remove(building);
     {
         SqliteDatabase db;
-        db.open(building, SqliteDatabase::OpenMode::ReadWriteCreate);
+        require(db.open(building, SqliteDatabase::OpenMode::ReadWriteCreate));
         PageTable table(db);
         SqliteTransaction tx(db);
-        table.create();
-        table.insert(kestrum::common::currentDayCount(), QStringLiteral("Outline"),
-                     PageType::OutlineRoot, {}, {}, 0);
+        require(tx.begin());
+        require(table.create());
+        require(table.insert(kestrum::common::currentDayCount(), QStringLiteral("Outline"),
+                             PageType::OutlineRoot, {}, {}, 0));
         const std::vector<QByteArray> pages = samplePages(kPages);
         for (int i = 0; i < kPages; ++i) {
-            table.insert(46000.0, QStringLiteral("Coded passage %1").arg(i), PageType::Text,
-                         pages[std::size_t(i)], {});
+            require(table.insert(46000.0, QStringLiteral("Coded passage %1").arg(i), PageType::Text,
+                                 pages[std::size_t(i)], {}));
         }
-        table.writeContent(0, OutlineStream::write(buildOutline(kPages, 1).get()));
-        tx.commit();
+        require(table.writeContent(0, OutlineStream::write(buildOutline(kPages, 1).get())));
+        require(tx.commit());
     }
     QFile::rename(building, file);
     return file;
@@ -135,9 +140,13 @@ void BM_AppendPages(benchmark::State& state)
         state.PauseTiming();
         QFile::remove(file);
         SqliteDatabase db;
-        db.open(file, SqliteDatabase::OpenMode::ReadWriteCreate);
+        if (failed(state, db.open(file, SqliteDatabase::OpenMode::ReadWriteCreate))) {
+            break;
+        }
         PageTable table(db);
-        table.create();
+        if (failed(state, table.create())) {
+            break;
+        }
         std::vector<NewPage> batch;
         batch.reserve(pages.size());
         for (int i = 0; i < kPages; ++i) {
@@ -147,15 +156,27 @@ void BM_AppendPages(benchmark::State& state)
                              pages[std::size_t(i)],
                              {}});
         }
+        // One insert after another, in one transaction.
+        const auto insertEach = [&]() -> Status {
+            SqliteTransaction tx(db);
+            if (Status begun = tx.begin(); !begun) {
+                return begun;
+            }
+            for (const NewPage& p : batch) {
+                if (const auto id = table.insert(p.date, p.info, p.type, p.content, p.comment);
+                    !id) {
+                    return kestrum::fail(id.error());
+                }
+            }
+            return tx.commit();
+        };
         state.ResumeTiming();
         if (state.range(0) == 0) {
-            SqliteTransaction tx(db);
-            for (const NewPage& p : batch) {
-                table.insert(p.date, p.info, p.type, p.content, p.comment);
+            if (failed(state, insertEach())) {
+                break;
             }
-            tx.commit();
-        } else {
-            table.insertMany(batch);
+        } else if (failed(state, table.insertMany(batch))) {
+            break;
         }
     }
     state.SetItemsProcessed(state.iterations() * kPages);
@@ -173,7 +194,9 @@ void BM_DBOpen(benchmark::State& state)
     const QString file = reportProject();
     BenchStore store;
     for (auto _ : state) {
-        store.data.DBOpen(file);
+        if (failed(state, store.data.DBOpen(file))) {
+            break;
+        }
         benchmark::DoNotOptimize(store.data.outline().count());
         state.PauseTiming();
         store.data.CloseFile();
@@ -186,9 +209,13 @@ void BM_SaveTree(benchmark::State& state)
 {
     const QString file = reportProject();
     BenchStore store;
-    store.data.DBOpen(file);
+    if (failed(state, store.data.DBOpen(file))) {
+        return;
+    }
     for (auto _ : state) {
-        store.data.SaveTree();
+        if (failed(state, store.data.SaveTree())) {
+            break;
+        }
     }
     state.counters["nodes"] = store.data.outline().count();
 }
@@ -198,11 +225,15 @@ void BM_GetPage(benchmark::State& state)
 {
     const QString file = reportProject();
     BenchStore store;
-    store.data.DBOpen(file);
+    if (failed(state, store.data.DBOpen(file))) {
+        return;
+    }
     QRandomGenerator rng(1);
     for (auto _ : state) {
         const qint32 id = 1 + qint32(rng.bounded(kPages));
-        store.data.GetWP(id, store.text);
+        if (failed(state, store.data.GetWP(id, store.text))) {
+            break;
+        }
         benchmark::DoNotOptimize(store.text.bytes().size());
     }
 }
@@ -215,14 +246,16 @@ void BM_Intake(benchmark::State& state)
     if (!QFile::exists(source)) {
         QFile::copy(reportProject(), source);
         SqliteDatabase db;
-        db.open(source, SqliteDatabase::OpenMode::ReadWrite);
+        require(db.open(source, SqliteDatabase::OpenMode::ReadWrite));
         PageTable table(db);
         SqliteTransaction tx(db);
+        require(tx.begin());
         for (int i = 0; i < kPages; ++i) {
-            table.insert(46000.0, QStringLiteral("Retrieval\tInterviews\tHanded over %1").arg(i),
-                         i % 3, "x", {});
+            require(table.insert(46000.0,
+                                 QStringLiteral("Retrieval\tInterviews\tHanded over %1").arg(i),
+                                 i % 3, "x", {}));
         }
-        tx.commit();
+        require(tx.commit());
     }
     const QString file = benchDir() + QStringLiteral("/intake.session.kst");
     const QString handOff = benchDir() + QStringLiteral("/session.new");
@@ -233,10 +266,14 @@ void BM_Intake(benchmark::State& state)
         QFile::remove(file);
         QFile::remove(handOff);
         QFile::copy(source, file);
-        store.data.DBOpen(file);
+        if (failed(state, store.data.DBOpen(file))) {
+            break;
+        }
         QFile(handOff).open(QIODevice::WriteOnly);
         state.ResumeTiming();
-        store.data.pollHandOff();
+        if (failed(state, store.data.pollHandOff())) {
+            break;
+        }
     }
     state.counters["nodes"] = store.data.outline().count();
 }
@@ -260,7 +297,10 @@ void BM_OpenPeakMemory(benchmark::State& state)
             getrusage(RUSAGE_SELF, &before);
             {
                 BenchStore store;
-                store.data.DBOpen(file);
+                if (const Status opened = store.data.DBOpen(file); !opened) {
+                    qWarning("%s", qPrintable(opened.error()));
+                    _exit(1);
+                }
                 store.data.CloseFile();
             }
             rusage after{};
@@ -272,7 +312,12 @@ void BM_OpenPeakMemory(benchmark::State& state)
         close(pipeFds[1]);
         (void)!read(pipeFds[0], &growthKb, sizeof growthKb);
         close(pipeFds[0]);
-        waitpid(child, nullptr, 0);
+        int childStatus = 0;
+        waitpid(child, &childStatus, 0);
+        if (!WIFEXITED(childStatus) || WEXITSTATUS(childStatus) != 0) {
+            state.SkipWithError("the project could not be opened (the message is above)");
+            return;
+        }
     }
     state.counters["peak_growth_MB"] = double(growthKb) / 1024.0;
     state.counters["file_MB"] = double(QFile(file).size()) / (1024.0 * 1024.0);

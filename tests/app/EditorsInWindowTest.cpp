@@ -104,8 +104,9 @@ void EditorsInWindowTest::showingEveryPageChangesNothing()
 {
     store::TRMData& data = m_window->data();
     std::vector<std::pair<qint32, QByteArray>> before;
-    for (const qint32 id : data.table()->ids()) {
-        before.emplace_back(id, *data.table()->readContent(id));
+    const std::vector<qint32> ids = data.table()->ids().value();
+    for (const qint32 id : ids) {
+        before.emplace_back(id, *data.table()->readContent(id).value());
     }
     const auto nodes = data.outline().nodesInOrder();
     for (int round = 0; round < 2; ++round) {
@@ -118,7 +119,7 @@ void EditorsInWindowTest::showingEveryPageChangesNothing()
     QVERIFY(m_dialogs->messages().isEmpty());
     for (const auto& [id, content] : before) {
         if (id != 0) { // the outline record holds the selection
-            QCOMPARE(*data.table()->readContent(id), content);
+            QCOMPARE(*data.table()->readContent(id).value(), content);
         }
     }
 }
@@ -136,7 +137,7 @@ void EditorsInWindowTest::textEditIsStoredWhenLeaving()
     cursor.insertText(QStringLiteral(" Added by the analyst."));
     QVERIFY(m_window->pageDisplay().contentModified());
     select(firstOfKind(store::PageType::Folder));
-    const QByteArray stored = *m_window->data().table()->readContent(page->data());
+    const QByteArray stored = *m_window->data().table()->readContent(page->data()).value();
     QVERIFY2(stored.contains("Added by the analyst."), stored.left(200).constData());
     // And it comes back when the page is shown again.
     select(page);
@@ -272,7 +273,7 @@ void EditorsInWindowTest::ctrlZUndoesInTheOutlineAndNotInAnEditor()
     QCOMPARE(outline.nodeAt(index)->caption(), caption);
     QCOMPARE(outline.selected(), outline.nodeAt(index));
     QVERIFY(!undo->isEnabled() && redo->isEnabled());
-    QVERIFY(m_window->data().table()->readContent(pageId)->contains("Kept through undo."));
+    QVERIFY(m_window->data().table()->readContent(pageId).value()->contains("Kept through undo."));
     QVERIFY(editor->pageDocument().textDocument()->toPlainText().contains(
         QStringLiteral("Kept through undo.")));
 
@@ -289,7 +290,8 @@ void EditorsInWindowTest::recoverTellsHowManyPagesCameBack()
     recover->trigger();
     QVERIFY(m_dialogs->messages().contains(QStringLiteral("No page is without an item.")));
     const qint32 lost = data.appendRecord(store::PageType::Text, QStringLiteral("a\tb\tLost"),
-                                          QByteArray(), QString());
+                                          QByteArray(), QString())
+                            .value();
     recover->trigger();
     QVERIFY2(m_dialogs->messages().contains(
                  QStringLiteral("1 page came back under \"Recovered items\".")),

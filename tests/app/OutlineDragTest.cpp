@@ -4,6 +4,7 @@
 // the node goes before the target, at the target's level; a node never lands in its own subtree.
 // Both the tree on screen and the outline stored in the project file are checked.
 
+#include "ResultChecks.h"
 #include "ScriptedDialogs.h"
 
 #include "app/OutlineItemModel.h"
@@ -69,7 +70,7 @@ struct StoredOutline
 StoredOutline readStored(const QString& file)
 {
     store::TRMData stored;
-    stored.DBOpen(file, true);
+    KREQUIRE_OK(stored.DBOpen(file, true));
     return {shape(stored.outline(), true), stored.outline().root()->data()};
 }
 
@@ -148,7 +149,7 @@ void OutlineDragTest::dragGesture()
     const QString file = dir.filePath(QStringLiteral("drag.kst"));
     {
         store::TRMData data;
-        data.DBCreate(file);
+        KVERIFY_OK(data.DBCreate(file));
         store::OutlineModel& outline = data.outline();
         store::OutlineNodeData folderData;
         folderData.caption = QStringLiteral("Folder");
@@ -157,9 +158,10 @@ void OutlineDragTest::dragGesture()
         store::OutlineNodeData pageData;
         pageData.caption = QStringLiteral("Inside");
         OutlineNode* inside = outline.addChild(folder, pageData);
-        outline.setData(inside, data.AddRecord(store::PageType::Text, pageData.caption, {}));
+        outline.setData(inside,
+                        data.AddRecord(store::PageType::Text, pageData.caption, {}).value());
         outline.setExpanded(folder, true);
-        data.SaveTree();
+        KVERIFY_OK(data.SaveTree());
         data.CloseFile();
     }
 

@@ -2,6 +2,7 @@
 // display and editor switching, modified pages saved when the selection moves, failures told
 // to the user, and the window's settings.
 
+#include "ResultChecks.h"
 #include "ScriptedDialogs.h"
 
 #include "app/AppSettings.h"
@@ -181,10 +182,10 @@ QString TKestrumMTest::makeProject(const QString& name)
 {
     const QString file = path(name);
     store::TRMData data;
-    data.DBCreate(file);
+    KREQUIRE_OK(data.DBCreate(file));
     store::OutlineModel& m = data.outline();
     while (m.root()->hasChildren()) {
-        data.DeleteRecord(m.root()->childAt(0)->data());
+        KREQUIRE_OK(data.DeleteRecord(m.root()->childAt(0)->data()));
         m.removeNode(m.root()->childAt(0));
     }
     auto page = [&](OutlineNode* parent, qint32 type, const QString& title) {
@@ -192,7 +193,8 @@ QString TKestrumMTest::makeProject(const QString& name)
         d.caption = title;
         d.imageIndex = type;
         d.data = data.appendRecord(type, title, title.toUtf8() + " content",
-                                   title + QStringLiteral(" comment"));
+                                   title + QStringLiteral(" comment"))
+                     .value();
         return m.addChild(parent, d);
     };
     page(m.root(), 0, QStringLiteral("Text"));
@@ -207,7 +209,7 @@ QString TKestrumMTest::makeProject(const QString& name)
     page(folder, 13, QStringLiteral("Cloud"));
     page(m.root(), 3, QStringLiteral("Image"));
     m.selectIndex(1);
-    data.SaveTree();
+    KREQUIRE_OK(data.SaveTree());
     data.CloseFile();
     return file;
 }
@@ -317,7 +319,7 @@ void TKestrumMTest::folderAndProjectNodeShowNoEditor()
     // The project node shows the comment of the record its data names, not the outline
     // record's.
     store::TRMData& data = m_window->data();
-    QVERIFY(data.table()->writeComment(0, QStringLiteral("Outline comment")));
+    QVERIFY(data.table()->writeComment(0, QStringLiteral("Outline comment")).value());
     select(1);
     data.outline().setData(node(0), node(2)->data());
     select(0);
@@ -376,22 +378,24 @@ void TKestrumMTest::modifiedPageIsSavedWhenTheSelectionMoves()
     QVERIFY(m_window->pageDisplay().commentModified());
     select(1);
     QVERIFY(!m_window->pageDisplay().contentModified());
-    QCOMPARE(*m_window->data().table()->readContent(node(2)->data()), QByteArray("edited grid"));
-    QCOMPARE(*m_window->data().table()->readComment(node(2)->data()),
+    QCOMPARE(*m_window->data().table()->readContent(node(2)->data()).value(),
+             QByteArray("edited grid"));
+    QCOMPARE(*m_window->data().table()->readComment(node(2)->data()).value(),
              QStringLiteral("new comment"));
 
     // Moving without changes writes nothing.
-    const QByteArray before = *m_window->data().table()->readContent(node(1)->data());
+    const QByteArray before = *m_window->data().table()->readContent(node(1)->data()).value();
     QVERIFY(editor(EditorKind::Text)->doc.readContent("not by the user")); // a load, not an edit
     select(2);
-    QCOMPARE(*m_window->data().table()->readContent(node(1)->data()), before);
+    QCOMPARE(*m_window->data().table()->readContent(node(1)->data()).value(), before);
 
     // The page on screen is saved when the project closes.
     const qint32 grid = node(2)->data();
     editor(EditorKind::Grid)->doc.setBytes("saved on close");
     m_window->closeProject();
-    store::ProjectReader reader(file);
-    QCOMPARE(*reader.table().readContent(grid), QByteArray("saved on close"));
+    store::ProjectReader reader;
+    KVERIFY_OK(reader.open(file));
+    QCOMPARE(*reader.table().readContent(grid).value(), QByteArray("saved on close"));
 }
 
 void TKestrumMTest::loadingAPageNeverMarksItModified()
@@ -415,12 +419,14 @@ void TKestrumMTest::commentsOfTimelineAndCloudPagesAreNotWrittenBack()
         QVERIFY(m_window->data()
                     .table()
                     ->readComment(node(i)->data())
+                    .value()
                     ->endsWith(QLatin1String(" comment")));
     }
     select(4); // a chart comment is kept
     m_window->commentPanel()->setPlainText(QStringLiteral("kept"));
     select(1);
-    QCOMPARE(*m_window->data().table()->readComment(node(4)->data()), QStringLiteral("kept"));
+    QCOMPARE(*m_window->data().table()->readComment(node(4)->data()).value(),
+             QStringLiteral("kept"));
 }
 
 void TKestrumMTest::failedSaveSaysCannotSaveData()
@@ -434,7 +440,8 @@ void TKestrumMTest::failedSaveSaysCannotSaveData()
     // The switch went on.
     QCOMPARE(m_window->data().outline().selectedIndex(), 1);
     QVERIFY(editor(EditorKind::Text)->isVisibleTo(m_window.get()));
-    QCOMPARE(*m_window->data().table()->readContent(node(2)->data()), QByteArray("Grid content"));
+    QCOMPARE(*m_window->data().table()->readContent(node(2)->data()).value(),
+             QByteArray("Grid content"));
 }
 
 void TKestrumMTest::buttonsAndPosition()
@@ -510,7 +517,7 @@ void TKestrumMTest::newItemDialog()
     QCOMPARE(added->caption(), QStringLiteral("Under the root"));
     QCOMPARE(added->parent(), node(0));
     QCOMPARE(added->imageIndex(), 0);
-    QVERIFY(m_window->data().table()->exists(added->data()));
+    QVERIFY(m_window->data().table()->exists(added->data()).value());
     QVERIFY(editor(EditorKind::Text)->isVisibleTo(m_window.get()));
 
     select(4);
@@ -535,7 +542,8 @@ void TKestrumMTest::newItemCancelStillWritesTheOutline()
     m_dialogs->answerExec([](QDialog*) { return int(QDialog::Rejected); });
     m_window->NodeNewClick();
     QCOMPARE(m_window->data().outline().count(), 8);
-    store::ProjectReader reader(file);
+    store::ProjectReader reader;
+    KVERIFY_OK(reader.open(file));
     QCOMPARE(reader.outline()->data(), 7); // the selection as written by the cancelled command
 }
 
@@ -581,7 +589,8 @@ void TKestrumMTest::importSeveralFiles()
     QCOMPARE(m_window->data().outline().selected(), folder->childAt(5));
     QVERIFY(editor(EditorKind::Image)->isVisibleTo(m_window.get()));
     // The table was stored (as a grid stream) although the next file followed at once.
-    const QByteArray table = *m_window->data().table()->readContent(folder->childAt(4)->data());
+    const QByteArray table =
+        *m_window->data().table()->readContent(folder->childAt(4)->data()).value();
     QVERIFY(table.startsWith("KSTG"));
     QVERIFY(table.contains("bytes of Counts.csv"));
     m_dialogs->answerOpenFiles(std::nullopt); // cancelled: nothing happens
@@ -606,8 +615,8 @@ void TKestrumMTest::deleteAsksThenWalks()
     m_window->NodeDeleteClick();
     // Every node from the chart to the end goes; only the chart's record is deleted.
     QCOMPARE(m_window->data().outline().count(), 4);
-    QVERIFY(!m_window->data().table()->exists(chart));
-    QVERIFY(m_window->data().table()->exists(image));
+    QVERIFY(!m_window->data().table()->exists(chart).value());
+    QVERIFY(m_window->data().table()->exists(image).value());
     QCOMPARE(m_window->data().outline().selectedIndex(), 3);
     QCOMPARE(m_window->editors().visiblePanel(), nullptr); // the folder is shown
 }
@@ -694,7 +703,8 @@ void TKestrumMTest::moveCommandsAndDragDrop()
     m_window->MainTreeDragDrop(chart, node(1), true);
     QCOMPARE(chart->parent(), node(0));
     QCOMPARE(chart->row(), 0);
-    store::ProjectReader reader(m_window->data().fileName());
+    store::ProjectReader reader;
+    KVERIFY_OK(reader.open(m_window->data().fileName()));
     QCOMPARE(reader.outline()->childAt(0)->caption(), QStringLiteral("Chart"));
 }
 
@@ -706,8 +716,10 @@ void TKestrumMTest::keepSelectedItemSaysSaved()
     action("KeepSelected1")->trigger();
     QCOMPARE(m_dialogs->messages(), QStringList({"Saved!"}));
     QCOMPARE(m_dialogs->noticeMilliseconds(), 500);
-    store::ProjectReader kept(path(QStringLiteral("window.sup")));
-    QCOMPARE(*kept.table().readContent(node(2)->data()), QByteArray("edited before keeping"));
+    store::ProjectReader kept;
+    KVERIFY_OK(kept.open(path(QStringLiteral("window.sup"))));
+    QCOMPARE(*kept.table().readContent(node(2)->data()).value(),
+             QByteArray("edited before keeping"));
 }
 
 void TKestrumMTest::handOffTimerSelectsAfterTheFirstAdopted()
@@ -717,10 +729,10 @@ void TKestrumMTest::handOffTimerSelectsAfterTheFirstAdopted()
     select(2);
     {
         store::SqliteDatabase db;
-        db.open(file, store::SqliteDatabase::OpenMode::ReadWrite);
+        KVERIFY_OK(db.open(file, store::SqliteDatabase::OpenMode::ReadWrite));
         store::PageTable table(db);
-        table.insert(46000, QStringLiteral("a\tb\tFirst"), 0, "one", {});
-        table.insert(46000, QStringLiteral("a\tb\tSecond"), 1, "two", {});
+        KVERIFY_OK(table.insert(46000, QStringLiteral("a\tb\tFirst"), 0, "one", {}));
+        KVERIFY_OK(table.insert(46000, QStringLiteral("a\tb\tSecond"), 1, "two", {}));
     }
     QFile(path(QStringLiteral("session.new"))).open(QIODevice::WriteOnly);
     m_window->Timer1Timer();

@@ -2,6 +2,7 @@
 // unchanged, through a real project file, and the registry's rules hold (one entry per kind,
 // every page type claimed once, import extensions and export formats reachable).
 
+#include "ResultChecks.h"
 #include "editors/text/TextExporter.h"
 #include "export/PageExports.h"
 #include "store/PageDocument.h"
@@ -105,7 +106,7 @@ private slots:
         QTemporaryDir dir;
         store::TRMData data;
         data.setPageKinds(exports::pageKindTable());
-        data.DBCreate(dir.filePath(QStringLiteral("kinds.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("kinds.kst"))));
         for (const store::PageKind& kind : exports::pageKindTable().kinds()) {
             const QByteArray content = canonicalContent(kind);
             // The document reads what it wrote and writes it again byte for byte.
@@ -117,16 +118,16 @@ private slots:
             QCOMPARE(*again, content);
 
             // Through a project file: saved from one document, loaded into another.
-            const qint32 id = data.AddRecord(kind.pageTypes.front(), kind.name, {});
-            QVERIFY(data.savePage(id, *first));
+            const qint32 id = data.AddRecord(kind.pageTypes.front(), kind.name, {}).value();
+            QVERIFY(data.savePage(id, *first).value());
             std::unique_ptr<store::PageDocument> second = kind.makeDocument();
-            QVERIFY(data.loadPage(id, *second));
+            QVERIFY(data.loadPage(id, *second).value());
             const Result<QByteArray> loaded = second->writeContent();
             QVERIFY2(loaded, qPrintable(loaded.error()));
             QCOMPARE(*loaded, content);
             // Reading a page hands out its record and leaves the current record alone.
             const qint32 current = data.currentPageId();
-            const std::optional<store::StoredPage> page = data.readPage(1);
+            const std::optional<store::StoredPage> page = data.readPage(1).value();
             QVERIFY(page);
             QCOMPARE(data.currentPageId(), current);
         }

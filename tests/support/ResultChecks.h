@@ -18,3 +18,13 @@
         QVERIFY2(!kestrumResult_.ok(), "the call succeeded");                                      \
         QCOMPARE(kestrumResult_.error(), QString(message));                                        \
     } while (false)
+
+// Where QVERIFY cannot return (a helper that gives a value): a failure stops the test program
+// with its message, as reading the value of a failed Result does.
+#define KREQUIRE_OK(expr)                                                                          \
+    do {                                                                                           \
+        const auto& kestrumResult_ = (expr);                                                       \
+        if (!kestrumResult_.ok()) {                                                                \
+            qFatal("%s failed: %s", #expr, qPrintable(kestrumResult_.error()));                    \
+        }                                                                                          \
+    } while (false)

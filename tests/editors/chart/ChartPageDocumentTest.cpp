@@ -3,6 +3,7 @@
 
 #include "editors/chart/ChartPageDocument.h"
 #include "ChartSamples.h"
+#include "ResultChecks.h"
 #include "editors/chart/ChartCommands.h"
 #include "editors/chart/ChartStream.h"
 #include "export/PageExports.h"
@@ -82,30 +83,31 @@ private slots:
         QTemporaryDir dir;
         store::TRMData data;
         data.setPageKinds(exports::pageKindTable());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
         const QString info = QStringLiteral("S\tsrc\tScatter\t12");
         const qint32 id = data.appendRecord(store::PageType::Chart, info,
-                                            ChartStream::write(samples::grouped()), {});
+                                            ChartStream::write(samples::grouped()), {})
+                              .value();
         ChartPageDocument doc;
         QCOMPARE(doc.chartInfo(), QStringLiteral("None"));
-        QVERIFY(data.GetChart(id, doc));
+        QVERIFY(data.GetChart(id, doc).value());
         QCOMPARE(doc.chartInfo(), info);
         QCOMPARE(doc.chart().series[1].title, QStringLiteral("Staff"));
         doc.edit(ChartCommands::switchGroupLines);
-        QVERIFY(data.SaveChart(id, doc));
+        QVERIFY(data.SaveChart(id, doc).value());
         // The info is not written back with the chart.
         ChartPageDocument again;
-        QVERIFY(data.GetChart(id, again));
+        QVERIFY(data.GetChart(id, again).value());
         QVERIFY(again.chart() == doc.chart());
-        QCOMPARE(data.table()->readInfo(id).value_or(QString()), info);
+        QCOMPARE(data.table()->readInfo(id).value().value_or(QString()), info);
 
         // Reopened from disk.
         data.CloseFile();
-        data.DBOpen(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBOpen(dir.filePath(QStringLiteral("p.kst"))));
         ChartPageDocument reopened;
-        QVERIFY(data.GetChart(id, reopened));
+        QVERIFY(data.GetChart(id, reopened).value());
         QCOMPARE(reopened.chart().series[0].kind, SeriesKind::Line);
-        QVERIFY(!data.GetChart(id + 100, reopened)); // missing: kept as shown
+        QVERIFY(!data.GetChart(id + 100, reopened).value()); // missing: kept as shown
         QCOMPARE(reopened.chart().series[0].kind, SeriesKind::Line);
     }
 
@@ -118,28 +120,32 @@ private slots:
         writeFile(bad, QByteArray("TPFO\x03 a chart of another program", 30));
         store::TRMData data;
         data.setPageKinds(exports::pageKindTable());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
         QSignalSpy warnings(&data, &store::TRMData::warning);
 
-        store::OutlineNode* node = data.AppendFile(good, data.outline().root(), true);
+        store::OutlineNode* node = data.AppendFile(good, data.outline().root(), true).value();
         QCOMPARE(node->imageIndex(), store::PageType::Chart);
         QCOMPARE(node->caption(), QStringLiteral("frequencies"));
         QCOMPARE(warnings.count(), 0);
-        const QByteArray stored = data.table()->readContent(node->data()).value_or(QByteArray());
+        const QByteArray stored =
+            data.table()->readContent(node->data()).value().value_or(QByteArray());
         QCOMPARE(stored, ChartStream::write(samples::grouped()));
 
         // A file that cannot be read: reported, and the page is still stored (an empty chart).
-        store::OutlineNode* broken = data.AppendFile(bad, data.outline().root(), true);
+        store::OutlineNode* broken = data.AppendFile(bad, data.outline().root(), true).value();
         QCOMPARE(broken->imageIndex(), store::PageType::Chart);
         QCOMPARE(warnings.count(), 1);
         QVERIFY2(warnings.at(0).at(0).toString().contains(QLatin1String("not a chart stream")),
                  qPrintable(warnings.at(0).at(0).toString()));
-        const QByteArray empty = data.table()->readContent(broken->data()).value_or(QByteArray());
+        const QByteArray empty =
+            data.table()->readContent(broken->data()).value().value_or(QByteArray());
         QCOMPARE(empty, ChartStream::write(Chart()));
 
         // No file at all: an empty chart too.
-        const qint32 id = data.AddRecord(store::PageType::Chart, QStringLiteral("New"), QString());
-        QCOMPARE(data.table()->readContent(id).value_or(QByteArray()), ChartStream::write(Chart()));
+        const qint32 id =
+            data.AddRecord(store::PageType::Chart, QStringLiteral("New"), QString()).value();
+        QCOMPARE(data.table()->readContent(id).value().value_or(QByteArray()),
+                 ChartStream::write(Chart()));
     }
 
     void reportPieces()

@@ -54,7 +54,7 @@ private:
     }
     QByteArray stored(const OutlineNode* node) const
     {
-        return *m_window->data().table()->readContent(node->data());
+        return *m_window->data().table()->readContent(node->data()).value();
     }
 
 private slots:

@@ -2,6 +2,7 @@
 // and the global find take from them.
 
 #include "DiagramSamples.h"
+#include "ResultChecks.h"
 #include "editors/diagram/DiagramDocument.h"
 #include "editors/diagram/DiagramPageDocument.h"
 #include "editors/diagram/DiagramRenderer.h"
@@ -96,24 +97,25 @@ private slots:
     {
         const QString file = m_dir.filePath(QStringLiteral("diagram.kst"));
         store::TRMData data;
-        data.DBCreate(file);
-        const qint32 id = data.AddRecord(store::PageType::Diagram, QStringLiteral("map"), {});
+        KVERIFY_OK(data.DBCreate(file));
+        const qint32 id =
+            data.AddRecord(store::PageType::Diagram, QStringLiteral("map"), {}).value();
         DiagramPageDocument page;
         DiagramDocument d = test::sampleRing();
         d.setLinkTextsVisible(false);
         d.setZoom(121);
         page.setDiagram(d);
-        QVERIFY(data.SaveDiagram(id, page));
+        QVERIFY(data.SaveDiagram(id, page).value());
         data.CloseFile();
 
         store::TRMData again;
-        again.DBOpen(file);
+        KVERIFY_OK(again.DBOpen(file));
         DiagramPageDocument loaded;
-        QVERIFY(again.GetDiagram(id, loaded));
+        QVERIFY(again.GetDiagram(id, loaded).value());
         QVERIFY(loaded.diagram() == d);
         QVERIFY(!loaded.diagram().linkTextsVisible());
         // A missing page leaves the diagram as it was.
-        QVERIFY(!again.GetDiagram(id + 100, loaded));
+        QVERIFY(!again.GetDiagram(id + 100, loaded).value());
         QVERIFY(loaded.diagram() == d);
         again.CloseFile();
     }

@@ -2,6 +2,7 @@
 // table files taken in through the store.
 
 #include "GridSamples.h"
+#include "ResultChecks.h"
 
 #include "editors/grid/DelimitedTextWriter.h"
 #include "editors/grid/GridPageDocument.h"
@@ -291,14 +292,15 @@ private slots:
         store::TRMData data;
         GridPageDocument doc;
         data.setPageKinds(gridKinds());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
         QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
         QSignalSpy warnings(&data, &store::TRMData::warning);
-        store::OutlineNode* node = data.AppendFile(source, data.outline().root(), true);
+        store::OutlineNode* node = data.AppendFile(source, data.outline().root(), true).value();
         QVERIFY(node);
         QCOMPARE(node->imageIndex(), store::PageType::Grid);
         QCOMPARE(warnings.count(), 0);
-        const QByteArray stored = data.table()->readContent(node->data()).value_or(QByteArray());
+        const QByteArray stored =
+            data.table()->readContent(node->data()).value().value_or(QByteArray());
         QVERIFY(doc.readContent(storedAtOnce ? stored : data.unsavedImport()));
         QCOMPARE(changed.count(), 0); // taking a file in is no edit
         QCOMPARE(doc.grid().text(0, 1), cell10);
@@ -351,13 +353,13 @@ private slots:
         store::TRMData data;
         GridPageDocument doc;
         data.setPageKinds(gridKinds());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
         QSignalSpy warnings(&data, &store::TRMData::warning);
-        store::OutlineNode* node = data.AppendFile(source, data.outline().root(), true);
+        store::OutlineNode* node = data.AppendFile(source, data.outline().root(), true).value();
         QCOMPARE(warnings.count(), 1);
         QVERIFY2(warnings.at(0).at(0).toString().contains(message),
                  qPrintable(warnings.at(0).at(0).toString()));
-        QVERIFY(data.table()->readContent(node->data()).value_or(QByteArray()).isEmpty());
+        QVERIFY(data.table()->readContent(node->data()).value().value_or(QByteArray()).isEmpty());
     }
 
     void pageRoundTripThroughTheStore()
@@ -366,13 +368,14 @@ private slots:
         store::TRMData data;
         GridPageDocument doc;
         data.setPageKinds(gridKinds());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
-        const qint32 id = data.AddRecord(store::PageType::Grid, QStringLiteral("Table"), QString());
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
+        const qint32 id =
+            data.AddRecord(store::PageType::Grid, QStringLiteral("Table"), QString()).value();
         load(doc, sampleGrid());
         doc.setCellText(1, 1, QStringLiteral("edited"));
-        QVERIFY(data.SaveGrid(id, doc));
+        QVERIFY(data.SaveGrid(id, doc).value());
         doc.clear();
-        QVERIFY(data.GetGrid(id, doc));
+        QVERIFY(data.GetGrid(id, doc).value());
         QCOMPARE(doc.grid().text(1, 1), QStringLiteral("edited"));
         QCOMPARE(doc.grid().format(2, 2).fontName, QStringLiteral("Courier New"));
     }

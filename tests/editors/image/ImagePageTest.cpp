@@ -2,6 +2,7 @@
 // files (reader choice, forced extensions, JPEG quality), zoom steps, and pages through the
 // kind table and a real project file.
 
+#include "ResultChecks.h"
 #include "editors/image/BmpFile.h"
 #include "editors/image/ImagePageDocument.h"
 #include "editors/image/ImageZoom.h"
@@ -260,20 +261,20 @@ private slots:
         writeFile(wmf, QByteArray("\xD7\xCD\xC6\x9A not really a metafile"));
         store::TRMData data;
         data.setPageKinds(exports::pageKindTable());
-        data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+        KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
         QSignalSpy warnings(&data, &store::TRMData::warning);
-        store::OutlineNode* good = data.AppendFile(png, data.outline().root(), true);
-        store::OutlineNode* bad = data.AppendFile(wmf, data.outline().root(), true);
+        store::OutlineNode* good = data.AppendFile(png, data.outline().root(), true).value();
+        store::OutlineNode* bad = data.AppendFile(wmf, data.outline().root(), true).value();
         QCOMPARE(good->imageIndex(), store::PageType::Image);
         QCOMPARE(bad->imageIndex(), store::PageType::Image);
         QCOMPARE(warnings.count(), 1);
         // Both pages are stored at once: the picture, and an empty picture for the file that
         // could not be read.
-        QCOMPARE(data.table()->readContent(good->data()).value_or(QByteArray()), bmp);
-        QCOMPARE(data.table()->readContent(bad->data()).value_or(QByteArray()),
+        QCOMPARE(data.table()->readContent(good->data()).value().value_or(QByteArray()), bmp);
+        QCOMPARE(data.table()->readContent(bad->data()).value().value_or(QByteArray()),
                  BmpFile::write(QImage()));
         ImagePageDocument page;
-        QVERIFY(data.GetImage(good->data(), page));
+        QVERIFY(data.GetImage(good->data(), page).value());
         QCOMPARE(page.picture(), sample());
     }
 

@@ -2,6 +2,7 @@
 // extension, the store's Save/Get through a real project file, and the exports.
 
 #include "editors/text/TextPageDocument.h"
+#include "ResultChecks.h"
 #include "editors/text/DocumentPictures.h"
 #include "editors/text/HiddenTextObject.h"
 #include "editors/text/ListItemNumbers.h"
@@ -336,23 +337,26 @@ void TextPageDocumentTest::storeRoundTrip()
     data.setPageKinds(textKinds());
     QSignalSpy changed(&doc, &store::PageDocument::contentChanged);
     const QString project = dir.filePath(QStringLiteral("report.kst"));
-    data.DBCreate(project);
+    KVERIFY_OK(data.DBCreate(project));
     // AddRecord: an RTF file and a text file become pages; loading marks nothing modified.
     const qint32 rtfPage = data.AddRecord(store::PageType::Text, QStringLiteral("From RTF"),
-                                          writeFile(dir, "in.rtf", kRtf));
+                                          writeFile(dir, "in.rtf", kRtf))
+                               .value();
     const qint32 txtPage =
         data.AddRecord(store::PageType::TextVariant6, QStringLiteral("From text"),
-                       writeFile(dir, "in.txt", "first\nsecond"));
+                       writeFile(dir, "in.txt", "first\nsecond"))
+            .value();
     const qint32 other = data.AddRecord(store::PageType::Text, QStringLiteral("Other"),
-                                        writeFile(dir, "in.bin", "xx"));
+                                        writeFile(dir, "in.bin", "xx"))
+                             .value();
     QCOMPARE(changed.count(), 0);
-    QVERIFY(data.table()->readContent(rtfPage)->startsWith("{\\rtf1"));
+    QVERIFY(data.table()->readContent(rtfPage).value()->startsWith("{\\rtf1"));
 
-    QVERIFY(data.GetWP(txtPage, doc));
+    QVERIFY(data.GetWP(txtPage, doc).value());
     QCOMPARE(plain(doc), QStringLiteral("first\nsecond"));
-    QVERIFY(data.GetWP(other, doc));
+    QVERIFY(data.GetWP(other, doc).value());
     QCOMPARE(plain(doc), QString());
-    QVERIFY(data.GetWP(rtfPage, doc));
+    QVERIFY(data.GetWP(rtfPage, doc).value());
     QCOMPARE(plain(doc), QStringLiteral("Bold words"));
     QCOMPARE(changed.count(), 0);
 
@@ -363,14 +367,14 @@ void TextPageDocumentTest::storeRoundTrip()
     red.setForeground(QColor(255, 0, 0));
     cursor.insertText(QStringLiteral(" and red"), red);
     QVERIFY(changed.count() > 0);
-    QVERIFY(data.SaveWP(rtfPage, doc));
+    QVERIFY(data.SaveWP(rtfPage, doc).value());
     data.CloseFile();
 
     TextPageDocument second;
     store::TRMData reopened;
     reopened.setPageKinds(textKinds());
-    reopened.DBOpen(project);
-    QVERIFY(reopened.GetWP(rtfPage, second));
+    KVERIFY_OK(reopened.DBOpen(project));
+    QVERIFY(reopened.GetWP(rtfPage, second).value());
     QCOMPARE(plain(second), QStringLiteral("Bold words and red"));
     QTextCursor at(second.textDocument());
     at.setPosition(plain(second).size());
@@ -387,12 +391,12 @@ void TextPageDocumentTest::storeMissingPageLeavesTheEditor()
     TextPageDocument doc;
     store::TRMData data;
     data.setPageKinds(textKinds());
-    data.DBCreate(dir.filePath(QStringLiteral("p.kst")));
+    KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("p.kst"))));
     const Status read = doc.readContent(kRtf);
     QVERIFY(read);
     const QString shown = plain(doc);
     QVERIFY(!shown.isEmpty());
-    QVERIFY(!data.GetWP(987654, doc));
+    QVERIFY(!data.GetWP(987654, doc).value());
     QCOMPARE(plain(doc), shown);
     data.CloseFile();
 }
@@ -404,16 +408,18 @@ void TextPageDocumentTest::htmlPageFromTheStoreLoads()
     TextPageDocument doc;
     store::TRMData data;
     data.setPageKinds(textKinds());
-    data.DBCreate(dir.filePath(QStringLiteral("h.kst")));
-    const qint32 id = data.appendRecord(
-        store::PageType::Text, QStringLiteral("Html"),
-        "<html><body><h1>Title</h1><ul><li>one</li><li>two</li></ul></body></html>", {});
-    QVERIFY(data.GetWP(id, doc));
+    KVERIFY_OK(data.DBCreate(dir.filePath(QStringLiteral("h.kst"))));
+    const qint32 id =
+        data.appendRecord(
+                store::PageType::Text, QStringLiteral("Html"),
+                "<html><body><h1>Title</h1><ul><li>one</li><li>two</li></ul></body></html>", {})
+            .value();
+    QVERIFY(data.GetWP(id, doc).value());
     QCOMPARE(plain(doc), QStringLiteral("Title\none\ntwo"));
     QVERIFY(doc.textDocument()->findBlockByNumber(1).textList());
-    QVERIFY(data.SaveWP(id, doc));
-    QVERIFY(data.table()->readContent(id)->startsWith("{\\rtf1"));
-    QVERIFY(data.GetWP(id, doc));
+    QVERIFY(data.SaveWP(id, doc).value());
+    QVERIFY(data.table()->readContent(id).value()->startsWith("{\\rtf1"));
+    QVERIFY(data.GetWP(id, doc).value());
     QVERIFY(doc.textDocument()->findBlockByNumber(2).textList());
     data.CloseFile();
 }

@@ -1,6 +1,7 @@
 // Timeline pages through the core's kind table and through a real project file, damaged page
 // texts, and the page's exports for reports and find.
 
+#include "ResultChecks.h"
 #include "editors/timeline/TimelinePageDocument.h"
 #include "editors/timeline/TimelineText.h"
 #include "export/PageExports.h"
@@ -60,19 +61,20 @@ private slots:
         {
             store::TRMData data;
             data.setPageKinds(exports::pageKindTable());
-            data.DBCreate(file);
-            id = data.AddRecord(store::PageType::Timeline, QStringLiteral("Milestones"), {});
+            KVERIFY_OK(data.DBCreate(file));
+            id =
+                data.AddRecord(store::PageType::Timeline, QStringLiteral("Milestones"), {}).value();
             TimelinePageDocument doc;
             QVERIFY(doc.readContent(kPage));
             doc.model().events[1].annotation = QStringLiteral("Édition");
-            QVERIFY(data.SaveTimeLine(id, doc));
+            QVERIFY(data.SaveTimeLine(id, doc).value());
             data.CloseFile();
         }
         store::TRMData data;
         data.setPageKinds(exports::pageKindTable());
-        data.DBOpen(file);
+        KVERIFY_OK(data.DBOpen(file));
         TimelinePageDocument doc;
-        QVERIFY(data.GetTimeLine(id, doc));
+        QVERIFY(data.GetTimeLine(id, doc).value());
         QCOMPARE(doc.model().events.size(), std::size_t(2));
         QCOMPARE(doc.model().events[1].annotation, QString::fromUtf8("Édition"));
         QCOMPARE(doc.model().links[0], QStringLiteral("Interview 04\tpar. 3\tInterviews\t2"));
@@ -80,7 +82,7 @@ private slots:
         QVERIFY(doc.loadWarning().isEmpty());
 
         // A page that is not there: the events go, the range stays.
-        QVERIFY(!data.GetTimeLine(id + 100, doc));
+        QVERIFY(!data.GetTimeLine(id + 100, doc).value());
         QVERIFY(doc.model().events.empty());
         QVERIFY(doc.model().links.isEmpty());
         QCOMPARE(doc.model().rangeFrom, 40000.0);

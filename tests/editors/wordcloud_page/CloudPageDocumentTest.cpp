@@ -4,6 +4,7 @@
 
 #include "editors/wordcloud_page/CloudPageDocument.h"
 #include "CloudSamples.h"
+#include "ResultChecks.h"
 #include "editors/wordcloud_page/CloudPageExporter.h"
 #include "export/PageExports.h"
 #include "store/PageType.h"
@@ -83,21 +84,22 @@ private slots:
         {
             store::TRMData data;
             data.setPageKinds(exports::pageKindTable());
-            data.DBCreate(project);
+            KVERIFY_OK(data.DBCreate(project));
             page = data.appendRecord(store::PageType::WordCloud, QStringLiteral("Cloud"),
-                                     QByteArray(), QString());
+                                     QByteArray(), QString())
+                       .value();
             CloudPageDocument doc;
             QVERIFY(doc.readContent(stored));
             doc.cloud().SetUsePalette(true);
             doc.cloud().SetPalette(5);
-            QVERIFY(data.SaveWordCloud(page, doc));
+            QVERIFY(data.SaveWordCloud(page, doc).value());
             data.CloseFile();
         }
         store::TRMData reopened;
         reopened.setPageKinds(exports::pageKindTable());
-        reopened.DBOpen(project);
+        KVERIFY_OK(reopened.DBOpen(project));
         CloudPageDocument again;
-        QVERIFY(reopened.GetWordCloud(page, again));
+        QVERIFY(reopened.GetWordCloud(page, again).value());
         QVERIFY(again.cloud().UsePalette());
         QCOMPARE(int(again.cloud().Palette()), 5);
         CloudPageDocument original;
