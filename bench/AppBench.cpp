@@ -166,10 +166,15 @@ void BM_NewAndDelete(benchmark::State& state)
     // The last page of the outline: deleting it deletes only itself.
     OutlineNode* last = outline.nodeAt(outline.count() - 1);
     for (auto _ : state) {
-        OutlineNode* added =
+        const Result<OutlineNode*> added =
             commands.newItem(last->parent(), {false, false, QStringLiteral("New")});
+        if (failed(state, added)) {
+            break;
+        }
         win.ShowNode();
-        commands.deleteItem(added);
+        if (failed(state, commands.deleteItem(*added))) {
+            break;
+        }
         win.ShowNode();
     }
     state.SetLabel("new item + delete, each with its outline write and show");
