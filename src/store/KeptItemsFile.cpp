@@ -25,9 +25,8 @@ Status makeProject(SqliteDatabase& db, PageTable& table, double now)
     rootData.imageIndex = PageType::OutlineRoot;
     rootData.data = 0;
     const OutlineNode root(rootData);
-    const Result<qint32> inserted = table.insert(now, QStringLiteral("Outline"),
-                                                 PageType::OutlineRoot,
-                                                 OutlineStream::write(&root), {}, 0);
+    const Result<qint32> inserted = table.insert(
+        now, QStringLiteral("Outline"), PageType::OutlineRoot, OutlineStream::write(&root), {}, 0);
     if (!inserted) {
         return fail(inserted.error());
     }
