@@ -29,7 +29,7 @@ struct CliError
 // the commands stop at the first failure of the project file.
 template <class T> T checked(Result<T> result)
 {
-    if (!result) {
+    if (!result.ok()) {
         throw CliError{kExitBadInput, result.error()};
     }
     return std::move(result).value();

@@ -51,7 +51,9 @@ public:
         requireValue();
         return std::get<0>(m_state);
     }
-    T&& value() &&
+    // Taken out of a temporary by value, so that `for (auto x : f().value())` does not loop
+    // over a result that is already gone.
+    T value() &&
     {
         requireValue();
         return std::get<0>(std::move(m_state));
