@@ -20,14 +20,14 @@ store::OutlineNode* CloudPages::append(store::TRMData& data, store::OutlineNode*
     if (!cloud.SaveToStream(buffer)) {
         throw CliError{kExitBadInput, QStringLiteral("cannot write the word cloud document")};
     }
-    const qint32 id = data.appendRecord(store::PageType::WordCloud, info.isEmpty() ? title : info,
-                                        content, QString());
+    const qint32 id = checked(data.appendRecord(store::PageType::WordCloud,
+                                                info.isEmpty() ? title : info, content, QString()));
     store::OutlineNodeData node;
     node.caption = title;
     node.imageIndex = store::PageType::WordCloud;
     node.data = id;
     store::OutlineNode* added = data.outline().addChild(parent, node);
-    data.SaveTree();
+    checked(data.SaveTree());
     return added;
 }
 

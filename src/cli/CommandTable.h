@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Result.h"
+
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
@@ -22,6 +24,23 @@ struct CliError
     int exitCode;
     QString message;
 };
+
+// What a core call gave, or a CliError (kExitBadInput) with the call's message when it failed:
+// the commands stop at the first failure of the project file.
+template <class T> T checked(Result<T> result)
+{
+    if (!result.ok()) {
+        throw CliError{kExitBadInput, result.error()};
+    }
+    return std::move(result).value();
+}
+
+inline void checked(const Status& status)
+{
+    if (!status) {
+        throw CliError{kExitBadInput, status.error()};
+    }
+}
 
 // The arguments of one command: options are taken out by name, what is left is positional.
 class ArgList

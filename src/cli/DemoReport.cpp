@@ -196,7 +196,7 @@ public:
                       const QString& info = {})
     {
         const qint32 id =
-            m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment);
+            checked(m_data.appendRecord(type, info.isEmpty() ? title : info, content, comment));
         OutlineNodeData d;
         d.caption = title;
         d.imageIndex = type;
@@ -218,14 +218,14 @@ private:
 
 void DemoReport::build(store::TRMData& data, const QString& fileName)
 {
-    data.DBCreate(fileName);
+    checked(data.DBCreate(fileName));
     store::OutlineModel& outline = data.outline();
     OutlineNode* root = outline.root();
 
     // The new project's two empty documents make way for the report.
     while (root->hasChildren()) {
         OutlineNode* node = root->childAt(0);
-        data.DeleteRecord(node->data());
+        checked(data.DeleteRecord(node->data()));
         outline.removeNode(node);
     }
     outline.setCaption(root, QStringLiteral("Remote work and team cohesion"));
@@ -299,7 +299,7 @@ void DemoReport::build(store::TRMData& data, const QString& fileName)
 
     outline.setExpanded(root, true);
     outline.setSelected(summary);
-    data.SaveTree();
+    checked(data.SaveTree());
 }
 
 namespace {

@@ -16,8 +16,9 @@ void registerExportPageCommand(CommandTable& table)
             throw CliError{kExitUsage, QStringLiteral("export-page needs PROJECT PAGEID OUT")};
         }
         const int pageId = ArgList::toInt(pos[1], QStringLiteral("PAGEID"));
-        store::ProjectReader project(pos[0]);
-        const std::optional<qint32> type = project.table().readType(pageId);
+        store::ProjectReader project;
+        checked(project.open(pos[0]));
+        const std::optional<qint32> type = checked(project.table().readType(pageId));
         if (!type) {
             throw CliError{kExitBadInput,
                            QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
@@ -25,8 +26,8 @@ void registerExportPageCommand(CommandTable& table)
         exports::PageSource page;
         page.pageId = pageId;
         page.pageType = *type;
-        page.content = project.table().readContent(pageId).value_or(QByteArray());
-        page.info = project.table().readInfo(pageId).value_or(QString());
+        page.content = checked(project.table().readContent(pageId)).value_or(QByteArray());
+        page.info = checked(project.table().readInfo(pageId)).value_or(QString());
         if (const Status written = exports::exportPage(page, pos[2]); !written) {
             throw CliError{kExitBadInput, written.error()};
         }

@@ -97,7 +97,7 @@ int runOutline(ArgList& args, CliIo& io)
 
     if (op == QLatin1String("new")) {
         needArgs(0);
-        const OutlineNode* added = commands.newItem(node, {folder, after, title});
+        const OutlineNode* added = checked(commands.newItem(node, {folder, after, title}));
         io.out << outline.indexOf(added) << '\t' << added->level() << '\t' << added->imageIndex()
                << '\t' << added->data() << '\t' << common::escapeTabs(added->caption()) << '\n';
     } else if (op == QLatin1String("delete")) {
@@ -105,30 +105,30 @@ int runOutline(ArgList& args, CliIo& io)
         if (index == 0) {
             refuse(QStringLiteral("the project node is never deleted"));
         }
-        commands.deleteItem(node);
+        checked(commands.deleteItem(node));
     } else if (op == QLatin1String("rename")) {
         needArgs(1);
-        commands.rename(node, rest[0]);
+        checked(commands.rename(node, rest[0]));
     } else if (op == QLatin1String("colour") || op == QLatin1String("color")) {
-        commands.setColour(node, colour);
+        checked(commands.setColour(node, colour));
     } else if (op == QLatin1String("up")) {
         needArgs(0);
-        if (!commands.moveUp(node)) {
+        if (!checked(commands.moveUp(node))) {
             refuse(QStringLiteral("it is the first of its siblings"));
         }
     } else if (op == QLatin1String("down")) {
         needArgs(0);
-        if (!commands.moveDown(node)) {
+        if (!checked(commands.moveDown(node))) {
             refuse(QStringLiteral("it is the last of its siblings"));
         }
     } else if (op == QLatin1String("promote")) {
         needArgs(0);
-        if (!commands.promote(node)) {
+        if (!checked(commands.promote(node))) {
             refuse(QStringLiteral("it is not below the first level"));
         }
     } else if (op == QLatin1String("demote")) {
         needArgs(0);
-        if (!commands.demote(node)) {
+        if (!checked(commands.demote(node))) {
             refuse(QStringLiteral("the node above it is not at its level or deeper"));
         }
     } else if (op == QLatin1String("drop")) {
@@ -138,7 +138,7 @@ int runOutline(ArgList& args, CliIo& io)
             restoreAndThrow(
                 {kExitBadInput, QStringLiteral("the outline has no node %1").arg(rest[0])});
         }
-        if (!commands.drop(node, target, ctrl)) {
+        if (!checked(commands.drop(node, target, ctrl))) {
             refuse(QStringLiteral("it cannot be dropped on node %1").arg(rest[0]));
         }
     }
@@ -155,7 +155,7 @@ int runRecover(ArgList& args, CliIo& io)
     ProjectSession session(&io);
     store::TRMData& data = session.open(pos[0]);
     store::OutlineCommands commands(data);
-    const std::vector<OutlineNode*> added = commands.recoverPages();
+    const std::vector<OutlineNode*> added = checked(commands.recoverPages());
     for (const OutlineNode* node : added) {
         io.out << data.outline().indexOf(node) << '\t' << node->level() << '\t'
                << node->imageIndex() << '\t' << node->data() << '\t'

@@ -20,7 +20,7 @@ ProjectSession::~ProjectSession() = default;
 
 store::TRMData& ProjectSession::open(const QString& path)
 {
-    m_data.DBOpen(path);
+    checked(m_data.DBOpen(path));
     return m_data;
 }
 

@@ -52,7 +52,7 @@ int runNew(ArgList& args, CliIo& io)
         throw CliError{kExitUsage, QStringLiteral("new needs exactly one PROJECT")};
     }
     ProjectSession session(&io);
-    session.data().DBCreate(pos[0]);
+    checked(session.data().DBCreate(pos[0]));
     session.data().CloseFile();
     return kExitOk;
 }
@@ -64,7 +64,8 @@ int runTree(ArgList& args, CliIo& io)
     if (pos.size() != 1) {
         throw CliError{kExitUsage, QStringLiteral("tree needs exactly one PROJECT")};
     }
-    store::ProjectReader project(pos[0]);
+    store::ProjectReader project;
+    checked(project.open(pos[0]));
     int index = 0;
     store::visitInOrder(project.outline(), [&](const OutlineNode* node, int level) {
         io.out << nodeLine(index++, level, node) << (colours ? colourColumns(node) : QString())
@@ -79,8 +80,9 @@ int runPages(ArgList& args, CliIo& io)
     if (pos.size() != 1) {
         throw CliError{kExitUsage, QStringLiteral("pages needs exactly one PROJECT")};
     }
-    store::ProjectReader project(pos[0]);
-    for (const store::PageSummary& page : project.table().summaries()) {
+    store::ProjectReader project;
+    checked(project.open(pos[0]));
+    for (const store::PageSummary& page : checked(project.table().summaries())) {
         const QDateTime when = common::fromDayCount(page.date);
         io.out << page.storedId << '\t' << page.type << '\t'
                << (when.isValid() ? when.toString(Qt::ISODate) : QStringLiteral("invalid")) << '\t'
@@ -109,10 +111,10 @@ int runAdd(ArgList& args, CliIo& io)
         throw CliError{kExitBadInput, QStringLiteral("the outline has no node %1").arg(under)};
     }
     for (qsizetype i = 1; i < pos.size(); ++i) {
-        OutlineNode* node = data.AppendFile(pos[i], parent, true);
+        OutlineNode* node = checked(data.AppendFile(pos[i], parent, true));
         if (data.lastImportUnsaved()) {
             // The desktop leaves such a page modified, which stores it when the page is left.
-            data.writePageContent(node->data(), data.unsavedImport());
+            checked(data.writePageContent(node->data(), data.unsavedImport()));
         }
         io.out << nodeLine(data.outline().indexOf(node), node->level(), node) << '\n';
     }
@@ -130,18 +132,19 @@ int runCat(ArgList& args, CliIo& io)
                                                   "--comment, --info")};
     }
     const int pageId = ArgList::toInt(pos[1], QStringLiteral("PAGEID"));
-    store::ProjectReader project(pos[0]);
+    store::ProjectReader project;
+    checked(project.open(pos[0]));
     QByteArray bytes;
     if (comment || info) {
-        const auto text =
-            comment ? project.table().readComment(pageId) : project.table().readInfo(pageId);
+        const std::optional<QString> text = checked(comment ? project.table().readComment(pageId)
+                                                            : project.table().readInfo(pageId));
         if (!text) {
             throw CliError{kExitBadInput,
                            QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
         }
         bytes = text->toUtf8();
     } else {
-        const auto content = project.table().readContent(pageId);
+        const std::optional<QByteArray> content = checked(project.table().readContent(pageId));
         if (!content) {
             throw CliError{kExitBadInput,
                            QStringLiteral("\"%1\" has no page %2").arg(pos[0]).arg(pageId)};
@@ -190,10 +193,11 @@ int runPut(ArgList& args, CliIo& io)
     }
     // What a host program does: a record in the table, no outline node.
     store::SqliteDatabase db;
-    db.open(pos[0], store::SqliteDatabase::OpenMode::ReadWrite);
+    checked(db.open(pos[0], store::SqliteDatabase::OpenMode::ReadWrite));
     store::PageTable table(db);
-    table.validate(false);
-    const qint32 id = table.insert(common::currentDayCount(), *info, *type, content, comment);
+    checked(table.validate(false));
+    const qint32 id =
+        checked(table.insert(common::currentDayCount(), *info, *type, content, comment));
     db.close();
     if (handOff) {
         // Written under a temporary name and renamed into place: an intake never reads it
@@ -230,7 +234,7 @@ int runIntake(ArgList& args, CliIo& io)
                          }
                      });
     session.open(pos[0]);
-    data.pollHandOff();
+    checked(data.pollHandOff());
     std::vector<std::pair<int, const OutlineNode*>> ordered;
     for (const OutlineNode* node : added) {
         ordered.emplace_back(data.outline().indexOf(node), node);
@@ -255,7 +259,7 @@ int runKeep(ArgList& args, CliIo& io)
     if (!data.outline().selectIndex(index)) {
         throw CliError{kExitBadInput, QStringLiteral("the outline has no node %1").arg(index)};
     }
-    const int copied = data.MoveToSup();
+    const int copied = checked(data.MoveToSup());
     const QString keptFile = data.keptItemsFileName();
     data.CloseFile();
     io.out << copied << '\t' << keptFile << '\n';

@@ -2,7 +2,6 @@
 // 1 with a message on standard error for input that cannot be used, 2 for a usage error.
 
 #include "cli/CommandTable.h"
-#include "store/StoreError.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -90,9 +89,5 @@ int main(int argc, char** argv)
             err << "usage: kestrum-cli " << command->name << ' ' << command->usage << '\n';
         }
         return e.exitCode;
-    } catch (const kestrum::store::StoreError& e) {
-        out.flush();
-        err << "kestrum-cli " << command->name << ": " << e.message() << '\n';
-        return kExitBadInput;
     }
 }

@@ -4,6 +4,7 @@
 #include <QtGlobal>
 
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -18,6 +19,11 @@ struct Error
 // The one way the core reports failures: a function that can fail returns Result<T> (a value
 // or an Error) or Status (nothing or an Error). Callers test it like a bool and read error()
 // when it failed; nothing is thrown across the core's public functions.
+template <class T> struct IsOptional : std::false_type
+{};
+template <class T> struct IsOptional<std::optional<T>> : std::true_type
+{};
+
 template <class T> class [[nodiscard]] Result
 {
 public:
@@ -25,7 +31,13 @@ public:
     Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
 
     bool ok() const { return m_state.index() == 0; }
-    explicit operator bool() const { return ok(); }
+    // A result that holds a truth value or an optional has no test of its own: `if (!r)` would
+    // read as "false" or "missing" where it means "failed". Such results are tested with ok().
+    explicit operator bool() const
+        requires(!std::is_same_v<T, bool> && !IsOptional<T>::value)
+    {
+        return ok();
+    }
 
     // The value; asking a failed result for it is a programming error that stops the program
     // with the failure's message.
@@ -39,7 +51,9 @@ public:
         requireValue();
         return std::get<0>(m_state);
     }
-    T&& value() &&
+    // Taken out of a temporary by value, so that `for (auto x : f().value())` does not loop
+    // over a result that is already gone.
+    T value() &&
     {
         requireValue();
         return std::get<0>(std::move(m_state));

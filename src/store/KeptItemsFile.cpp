@@ -72,7 +72,7 @@ Status KeptItemsFile::add(const RawPageRow& row)
         return fail(QStringLiteral("No project file is open"));
     }
     const Result<bool> taken = m_table->exists(qint32(row.pageId));
-    if (!taken) {
+    if (!taken.ok()) {
         return fail(taken.error());
     }
     return m_table->insertRaw(row, *taken);

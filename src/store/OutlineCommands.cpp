@@ -117,7 +117,7 @@ Status OutlineCommands::deleteItem(OutlineNode* selected)
             continue;
         }
         Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (*row) {
@@ -419,7 +419,7 @@ Status OutlineCommands::record(const QString& label, OutlineState before,
     step.after = captureState();
     for (qint32 id : addedIds) {
         Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
-        if (!row) {
+        if (!row.ok()) {
             // The command is done; only its undo is lost, and with it the history before it.
             m_data.history().clear();
             return fail(row.error());
@@ -450,7 +450,7 @@ Result<bool> OutlineCommands::undo()
     }
     OutlineStep& step = m_data.history().toUndo();
     const Result<bool> applied = apply(step.after, step.before);
-    if (applied && *applied) {
+    if (applied.ok() && *applied) {
         m_data.history().undone();
     }
     return applied;
@@ -463,7 +463,7 @@ Result<bool> OutlineCommands::redo()
     }
     OutlineStep& step = m_data.history().toRedo();
     const Result<bool> applied = apply(step.before, step.after);
-    if (applied && *applied) {
+    if (applied.ok() && *applied) {
         m_data.history().redone();
     }
     return applied;
@@ -489,7 +489,7 @@ Result<bool> OutlineCommands::apply(OutlineState& from, OutlineState& to)
     const Status applied = m_data.runInTransaction([&]() -> Status {
         for (qint32 id : from.ownIds) {
             Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
-            if (!row) {
+            if (!row.ok()) {
                 return fail(row.error());
             }
             if (*row) {
@@ -509,7 +509,7 @@ Result<bool> OutlineCommands::apply(OutlineState& from, OutlineState& to)
         m_data.setCurrentNodeIndex(-1);
         return m_data.SaveTree();
     });
-    if (!applied) {
+    if (!applied.ok()) {
         outline.reset(OutlineStream::read(now).value_or(nullptr));
         outline.selectIndex(nowSelected);
         return fail(applied.error());

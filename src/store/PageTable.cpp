@@ -68,7 +68,7 @@ Status PageTable::validate(bool integrityCheck)
         SqliteStatement st(m_db,
                            "SELECT type FROM sqlite_schema WHERE name = 'OUTPUT' COLLATE NOCASE");
         const Result<bool> row = st.step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (!*row || st.columnText(0) != QLatin1String("table")) {
@@ -78,7 +78,7 @@ Status PageTable::validate(bool integrityCheck)
     {
         SqliteStatement st(m_db, "PRAGMA user_version");
         const Result<bool> row = st.step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (*row && st.columnInt(0) > kSchemaVersion) {
@@ -93,7 +93,7 @@ Status PageTable::validate(bool integrityCheck)
         QStringList names;
         for (;;) {
             const Result<bool> row = st.step();
-            if (!row) {
+            if (!row.ok()) {
                 return fail(row.error());
             }
             if (!*row) {
@@ -110,7 +110,7 @@ Status PageTable::validate(bool integrityCheck)
     if (integrityCheck) {
         SqliteStatement st(m_db, "PRAGMA quick_check(1)");
         const Result<bool> row = st.step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (*row && st.columnText(0) != QLatin1String("ok")) {
@@ -264,7 +264,7 @@ Result<std::optional<qint32>> PageTable::firstId() const
 {
     auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid LIMIT 1");
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     if (!*row) {
@@ -279,7 +279,7 @@ Result<std::vector<qint32>> PageTable::ids() const
     auto st = m_db.cached("SELECT PageId FROM \"OUTPUT\" ORDER BY rowid");
     for (;;) {
         const Result<bool> row = st->step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (!*row) {
@@ -299,7 +299,7 @@ Result<std::vector<PageSummary>> PageTable::summaries() const
         m_db, "SELECT PageId, PageType, PageDate, PageInfo FROM \"OUTPUT\" ORDER BY rowid");
     for (;;) {
         const Result<bool> row = st.step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (!*row) {
@@ -328,7 +328,7 @@ Result<qint64> PageTable::rowCount() const
 {
     auto st = m_db.cached("SELECT count(*) FROM \"OUTPUT\"");
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     return st->columnInt(0);
@@ -382,7 +382,7 @@ Result<std::optional<QByteArray>> PageTable::readContent(qint32 pageId) const
     auto st = m_db.cached("SELECT PageContent FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     if (!*row) {
@@ -397,7 +397,7 @@ Result<std::optional<QString>> PageTable::readInfo(qint32 pageId) const
     auto st = m_db.cached("SELECT PageInfo FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     if (!*row) {
@@ -412,7 +412,7 @@ Result<std::optional<QString>> PageTable::readComment(qint32 pageId) const
     auto st = m_db.cached("SELECT PageComment FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     if (!*row) {
@@ -427,7 +427,7 @@ Result<std::optional<qint32>> PageTable::readType(qint32 pageId) const
     auto st = m_db.cached("SELECT PageType FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     return *row ? std::optional<qint32>(qint32(st->columnInt(0))) : std::nullopt;
@@ -438,7 +438,7 @@ Result<std::optional<double>> PageTable::readDate(qint32 pageId) const
     auto st = m_db.cached("SELECT PageDate FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> row = st->step();
-    if (!row) {
+    if (!row.ok()) {
         return fail(row.error());
     }
     return *row ? std::optional<double>(st->columnDouble(0)) : std::nullopt;
@@ -451,7 +451,7 @@ Result<std::optional<RawPageRow>> PageTable::readRaw(qint32 pageId) const
         "FROM \"OUTPUT\" WHERE PageId = ?");
     st->bindInt(1, pageId);
     const Result<bool> found = st->step();
-    if (!found) {
+    if (!found.ok()) {
         return fail(found.error());
     }
     if (!*found) {

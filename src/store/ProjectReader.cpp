@@ -17,13 +17,13 @@ Status ProjectReader::open(const QString& path)
         return valid;
     }
     const Result<std::optional<qint32>> first = table->firstId();
-    if (!first) {
+    if (!first.ok()) {
         m_db.close();
         return fail(first.error());
     }
     if (*first) {
         const Result<std::optional<QByteArray>> stored = table->readContent(**first);
-        if (!stored) {
+        if (!stored.ok()) {
             m_db.close();
             return fail(stored.error());
         }

@@ -101,7 +101,7 @@ Status SqliteStatement::run()
 {
     for (;;) {
         const Result<bool> row = step();
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (!*row) {

@@ -29,14 +29,14 @@ Result<std::unique_ptr<OutlineNode>> readStoredOutline(PageTable& table, const Q
                                                        QByteArray* stored)
 {
     const Result<std::optional<qint32>> first = table.firstId();
-    if (!first) {
+    if (!first.ok()) {
         return fail(first.error());
     }
     if (!*first) {
         return std::unique_ptr<OutlineNode>();
     }
     const Result<std::optional<QByteArray>> content = table.readContent(**first);
-    if (!content) {
+    if (!content.ok()) {
         return fail(content.error());
     }
     *stored = content->value_or(QByteArray());
@@ -322,14 +322,14 @@ Status TRMData::SaveTree()
     m_outline.setData(m_outline.root(), m_outline.selectedIndex());
     const QByteArray stream = OutlineStream::write(m_outline.root());
     const Result<std::optional<qint32>> first = m_table->firstId();
-    if (!first) {
+    if (!first.ok()) {
         return fail(first.error());
     }
     if (*first) {
         // An outline that is already stored as it is costs no write (and leaves the file as it
         // was, for a command that was refused).
         if (stream != m_storedOutline) {
-            if (const Result<bool> written = m_table->writeContent(**first, stream); !written) {
+            if (const Result<bool> written = m_table->writeContent(**first, stream); !written.ok()) {
                 return fail(written.error());
             }
         }

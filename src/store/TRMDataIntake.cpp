@@ -224,7 +224,7 @@ Result<int> TRMData::MoveToSup()
             return {};
         }
         const Result<std::optional<RawPageRow>> row = m_table->readRaw(node->data());
-        if (!row) {
+        if (!row.ok()) {
             return fail(row.error());
         }
         if (*row) {

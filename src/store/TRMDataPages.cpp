@@ -25,7 +25,7 @@ Result<std::optional<qint32>> TRMData::locate(qint32 pageId)
         return std::optional<qint32>();
     }
     const Result<bool> exists = m_table->exists(id);
-    if (!exists) {
+    if (!exists.ok()) {
         return fail(exists.error());
     }
     if (!*exists) {
@@ -81,7 +81,7 @@ Result<qint32> TRMData::AddRecord(qint32 pageType, const QString& title, const Q
         return fail(begun.error());
     }
     const Result<qint32> id = m_table->insert(now(), title, pageType, {}, {});
-    if (!id) {
+    if (!id.ok()) {
         return id;
     }
     m_currentPageId = *id;
@@ -109,7 +109,7 @@ Result<qint32> TRMData::AddRecord(qint32 pageType, const QString& title, const Q
         const PageKind* entry = m_kinds.find(kind);
         if (kind == EditorKind::Text || (entry && entry->storedWhenAdded) ||
             (loaded && document->storesImportImmediately(sourceFile))) {
-            if (const Result<bool> saved = savePage(*id, *document); !saved) {
+            if (const Result<bool> saved = savePage(*id, *document); !saved.ok()) {
                 return fail(saved.error());
             }
         } else if (loaded) {
@@ -142,12 +142,12 @@ Result<qint32> TRMData::AddWPRecord(const QString& title, qint32 pageType)
         return fail(begun.error());
     }
     const Result<qint32> id = m_table->insert(now(), title, pageType, {}, {});
-    if (!id) {
+    if (!id.ok()) {
         return id;
     }
     m_currentPageId = *id;
     if (std::unique_ptr<PageDocument> text = m_kinds.makeDocument(EditorKind::Text)) {
-        if (const Result<bool> saved = savePage(*id, *text); !saved) {
+        if (const Result<bool> saved = savePage(*id, *text); !saved.ok()) {
             return fail(saved.error());
         }
     }
@@ -166,11 +166,11 @@ Status TRMData::DeleteRecord(qint32 pageId)
         return {};
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     if (*id) {
-        if (const Result<bool> removed = m_table->remove(**id); !removed) {
+        if (const Result<bool> removed = m_table->remove(**id); !removed.ok()) {
             return fail(removed.error());
         }
         if (m_currentPageId == **id) {
@@ -224,7 +224,7 @@ Result<OutlineNode*> TRMData::AppendFile(const QString& fileName, OutlineNode* n
     m_currentNodeIndex = m_outline.indexOf(added);
     const Status stored = runInTransaction([&]() -> Status {
         const Result<qint32> id = AddRecord(data.imageIndex, data.caption, fileName);
-        if (!id) {
+        if (!id.ok()) {
             return fail(id.error());
         }
         m_outline.setData(added, *id);
@@ -248,7 +248,7 @@ Result<std::optional<qint32>> TRMData::find(qint32 pageId) const
         return std::optional<qint32>();
     }
     const Result<bool> exists = m_table->exists(id);
-    if (!exists) {
+    if (!exists.ok()) {
         return fail(exists.error());
     }
     return *exists ? std::optional<qint32>(id) : std::nullopt;
@@ -260,22 +260,22 @@ Result<std::optional<StoredPage>> TRMData::readPage(qint32 pageId) const
         return std::optional<StoredPage>();
     }
     const Result<std::optional<qint32>> id = find(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     if (!*id) {
         return std::optional<StoredPage>();
     }
     const Result<std::optional<qint32>> type = m_table->readType(**id);
-    if (!type) {
+    if (!type.ok()) {
         return fail(type.error());
     }
     const Result<std::optional<QString>> info = m_table->readInfo(**id);
-    if (!info) {
+    if (!info.ok()) {
         return fail(info.error());
     }
     const Result<std::optional<QByteArray>> content = m_table->readContent(**id);
-    if (!content) {
+    if (!content.ok()) {
         return fail(content.error());
     }
     StoredPage page;
@@ -295,7 +295,7 @@ Result<bool> TRMData::writePageContent(qint32 pageId, const QByteArray& content)
         return false;
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     return *id ? m_table->writeContent(**id, content) : Result<bool>(false);
@@ -310,7 +310,7 @@ Result<bool> TRMData::savePage(qint32 pageId, PageDocument& document)
         return false;
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     if (!*id) {
@@ -331,7 +331,7 @@ Result<bool> TRMData::loadPage(qint32 pageId, PageDocument& document)
         return false;
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     if (!*id) {
@@ -343,7 +343,7 @@ Result<bool> TRMData::loadPage(qint32 pageId, PageDocument& document)
     }
     document.clear(); // a page that cannot be read leaves the editor empty
     const Result<std::optional<StoredPage>> page = readPage(**id);
-    if (!page) {
+    if (!page.ok()) {
         return fail(page.error());
     }
     if (!*page) {
@@ -368,7 +368,7 @@ Result<bool> TRMData::SaveComment(qint32 pageId, const QString& text)
         return false;
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     return *id ? m_table->writeComment(**id, text) : Result<bool>(false);
@@ -380,14 +380,14 @@ Result<std::optional<QString>> TRMData::GetComment(qint32 pageId)
         return std::optional<QString>();
     }
     const Result<std::optional<qint32>> id = locate(pageId);
-    if (!id) {
+    if (!id.ok()) {
         return fail(id.error());
     }
     if (!*id) {
         return std::optional<QString>();
     }
     const Result<std::optional<QString>> comment = m_table->readComment(**id);
-    if (!comment) {
+    if (!comment.ok()) {
         return comment;
     }
     return std::optional<QString>(comment->value_or(QString()));
