@@ -7,38 +7,56 @@
 
 namespace kestrum::store {
 
-KeptItemsFile::KeptItemsFile(const QString& path, double now)
+namespace {
+
+// A new kept-items file is a project of its own with only its project node, so that it opens
+// like any project.
+Status makeProject(SqliteDatabase& db, PageTable& table, double now)
+{
+    SqliteTransaction tx(db);
+    if (Status begun = tx.begin(); !begun) {
+        return begun;
+    }
+    if (Status created = table.create(); !created) {
+        return created;
+    }
+    OutlineNodeData rootData;
+    rootData.caption = QStringLiteral("Project name");
+    rootData.imageIndex = PageType::OutlineRoot;
+    rootData.data = 0;
+    const OutlineNode root(rootData);
+    const Result<qint32> inserted = table.insert(
+        now, QStringLiteral("Outline"), PageType::OutlineRoot, OutlineStream::write(&root), {}, 0);
+    if (!inserted) {
+        return fail(inserted.error());
+    }
+    return tx.commit();
+}
+
+} // namespace
+
+Status KeptItemsFile::open(const QString& path, double now)
 {
     const bool exists = QFile::exists(path);
-    m_db.open(path, exists ? SqliteDatabase::OpenMode::ReadWrite
-                           : SqliteDatabase::OpenMode::ReadWriteCreate);
-    m_table = std::make_unique<PageTable>(m_db);
-    try {
-        if (!exists) {
-            // A new kept-items file is a project of its own with only its project node, so
-            // that it opens like any project.
-            SqliteTransaction tx(m_db);
-            m_table->create();
-            OutlineNodeData rootData;
-            rootData.caption = QStringLiteral("Project name");
-            rootData.imageIndex = PageType::OutlineRoot;
-            rootData.data = 0;
-            const OutlineNode root(rootData);
-            m_table->insert(now, QStringLiteral("Outline"), PageType::OutlineRoot,
-                            OutlineStream::write(&root), {}, 0);
-            tx.commit();
-        } else {
-            m_table->validate(false);
-        }
-    } catch (...) {
+    Status opened = m_db.open(path, exists ? SqliteDatabase::OpenMode::ReadWrite
+                                           : SqliteDatabase::OpenMode::ReadWriteCreate);
+    if (opened) {
+        m_table = std::make_unique<PageTable>(m_db);
+        opened = exists ? m_table->validate(false) : makeProject(m_db, *m_table, now);
+    }
+    if (opened) {
+        m_transaction = std::make_unique<SqliteTransaction>(m_db);
+        opened = m_transaction->begin();
+    }
+    if (!opened) {
+        m_transaction.reset();
         m_table.reset();
         m_db.close();
         if (!exists) {
             QFile::remove(path);
         }
-        throw;
     }
-    m_transaction = std::make_unique<SqliteTransaction>(m_db);
+    return opened;
 }
 
 KeptItemsFile::~KeptItemsFile()
@@ -48,17 +66,26 @@ KeptItemsFile::~KeptItemsFile()
     m_db.close();
 }
 
-void KeptItemsFile::add(const RawPageRow& row)
+Status KeptItemsFile::add(const RawPageRow& row)
 {
-    m_table->insertRaw(row, m_table->exists(qint32(row.pageId)));
+    if (!m_table) {
+        return fail(QStringLiteral("No project file is open"));
+    }
+    const Result<bool> taken = m_table->exists(qint32(row.pageId));
+    if (!taken) {
+        return fail(taken.error());
+    }
+    return m_table->insertRaw(row, *taken);
 }
 
-void KeptItemsFile::commit()
+Status KeptItemsFile::commit()
 {
-    if (m_transaction) {
-        m_transaction->commit();
-        m_transaction.reset();
+    if (!m_transaction) {
+        return {};
     }
+    Status committed = m_transaction->commit();
+    m_transaction.reset();
+    return committed;
 }
 
 } // namespace kestrum::store

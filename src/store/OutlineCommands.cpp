@@ -39,7 +39,7 @@ OutlineButtons OutlineCommands::buttonsFor(const OutlineNode* selected)
     return b;
 }
 
-OutlineNode* OutlineCommands::newItem(OutlineNode* selected, const NewItem& item)
+Result<OutlineNode*> OutlineCommands::newItem(OutlineNode* selected, const NewItem& item)
 {
     OutlineModel& outline = m_data.outline();
     if (!selected) {
@@ -60,36 +60,41 @@ OutlineNode* OutlineCommands::newItem(OutlineNode* selected, const NewItem& item
     }
     outline.setSelected(node);
     m_data.setCurrentNodeIndex(outline.indexOf(node));
-    try {
-        m_data.runInTransaction([&] {
-            if (!item.folder) {
-                outline.setData(node, m_data.AddRecord(PageType::Text, item.title, {}));
+    const Status stored = m_data.runInTransaction([&]() -> Status {
+        if (!item.folder) {
+            const Result<qint32> id = m_data.AddRecord(PageType::Text, item.title, {});
+            if (!id) {
+                return fail(id.error());
             }
-            m_data.SaveTree();
-        });
-    } catch (...) {
+            outline.setData(node, *id);
+        }
+        return m_data.SaveTree();
+    });
+    if (!stored) {
         outline.removeNode(node);
         outline.setSelected(selected);
         m_data.setCurrentNodeIndex(-1);
-        throw;
+        return fail(stored.error());
     }
     std::vector<qint32> added;
     if (!item.folder && node->data() > 0) {
         added.push_back(node->data());
     }
-    record(QStringLiteral("New"), std::move(before), added);
+    if (Status recorded = record(QStringLiteral("New"), std::move(before), added); !recorded) {
+        return fail(recorded.error());
+    }
     return node;
 }
 
-void OutlineCommands::deleteItem(OutlineNode* selected)
+Status OutlineCommands::deleteItem(OutlineNode* selected)
 {
     OutlineModel& outline = m_data.outline();
     if (!selected || !m_data.table()) {
-        return;
+        return {};
     }
     const int start = outline.indexOf(selected);
     if (start <= 0) {
-        return; // the project node is never deleted
+        return {}; // the project node is never deleted
     }
     // The walk: from the last node back to the selected one. A node outside the selected
     // subtree keeps the page id read last, which is none at the start of the walk, so only
@@ -111,28 +116,33 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
         if (std::find(before.ownIds.begin(), before.ownIds.end(), id) != before.ownIds.end()) {
             continue;
         }
-        if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
+        Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
+        if (!row) {
+            return fail(row.error());
+        }
+        if (*row) {
             before.ownIds.push_back(id);
-            before.ownRows.push_back(std::move(*row));
+            before.ownRows.push_back(std::move(**row));
         }
     }
     // Records and outline change together; if writing fails, the outline comes back as it was.
-    try {
-        m_data.runInTransaction([&] {
-            for (qint32 id : doomedRecords) {
-                m_data.DeleteRecord(id);
+    const Status deleted = m_data.runInTransaction([&]() -> Status {
+        for (qint32 id : doomedRecords) {
+            if (Status done = m_data.DeleteRecord(id); !done) {
+                return done;
             }
-            for (int i = outline.count() - 1; i >= start; --i) {
-                outline.removeNode(outline.nodeAt(i));
-            }
-            outline.selectIndex(start - 1);
-            m_data.setCurrentNodeIndex(-1);
-            m_data.SaveTree();
-        });
-    } catch (...) {
+        }
+        for (int i = outline.count() - 1; i >= start; --i) {
+            outline.removeNode(outline.nodeAt(i));
+        }
+        outline.selectIndex(start - 1);
+        m_data.setCurrentNodeIndex(-1);
+        return m_data.SaveTree();
+    });
+    if (!deleted) {
         outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(start);
-        throw;
+        return deleted;
     }
     if (!doomedRecords.empty()) {
         m_data.markModified();
@@ -143,27 +153,28 @@ void OutlineCommands::deleteItem(OutlineNode* selected)
     step.before = std::move(before);
     step.after = captureState();
     m_data.history().record(std::move(step));
+    return {};
 }
 
-void OutlineCommands::rename(OutlineNode* node, const QString& caption)
+Status OutlineCommands::rename(OutlineNode* node, const QString& caption)
 {
     if (!node) {
-        return;
+        return {};
     }
     OutlineState before = captureState(node);
     const bool changed = node->caption() != caption.left(OutlineModel::kMaxCaptionLength);
     m_data.outline().setCaption(node, caption);
     m_data.markModified();
-    m_data.SaveTree();
-    if (changed) {
-        record(QStringLiteral("Rename"), std::move(before));
+    if (Status saved = m_data.SaveTree(); !saved) {
+        return saved;
     }
+    return changed ? record(QStringLiteral("Rename"), std::move(before)) : Status();
 }
 
-void OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor> textColour)
+Status OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor> textColour)
 {
     if (!node) {
-        return;
+        return {};
     }
     OutlineState before = captureState(node);
     const OutlineNodeData old = node->fields();
@@ -173,43 +184,51 @@ void OutlineCommands::setColour(OutlineNode* node, std::optional<common::TColor>
         m_data.outline().setColours(node, true, common::clNone, common::clNone);
     }
     m_data.markModified();
-    m_data.SaveTree();
-    if (node->fields() != old) {
-        record(QStringLiteral("Colour"), std::move(before));
+    if (Status saved = m_data.SaveTree(); !saved) {
+        return saved;
     }
+    return node->fields() != old ? record(QStringLiteral("Colour"), std::move(before)) : Status();
 }
 
-void OutlineCommands::finishMove(OutlineNode* node, OutlineState before, const QString& label)
+Status OutlineCommands::finishMove(OutlineNode* node, OutlineState before, const QString& label)
 {
     m_data.setCurrentNodeIndex(m_data.outline().indexOf(node));
     m_data.markModified();
-    m_data.SaveTree();
-    record(label, std::move(before));
+    if (Status saved = m_data.SaveTree(); !saved) {
+        return saved;
+    }
+    return record(label, std::move(before));
 }
 
-bool OutlineCommands::moveUp(OutlineNode* node)
+Result<bool> OutlineCommands::moveUp(OutlineNode* node)
 {
     if (!buttonsFor(node).up) {
         return false;
     }
     OutlineState before = captureState(node);
     m_data.outline().moveNode(node, node->parent(), node->row() - 1);
-    finishMove(node, std::move(before), QStringLiteral("Move up"));
+    if (Status finished = finishMove(node, std::move(before), QStringLiteral("Move up"));
+        !finished) {
+        return fail(finished.error());
+    }
     return true;
 }
 
-bool OutlineCommands::moveDown(OutlineNode* node)
+Result<bool> OutlineCommands::moveDown(OutlineNode* node)
 {
     if (!buttonsFor(node).down) {
         return false;
     }
     OutlineState before = captureState(node);
     m_data.outline().moveNode(node, node->parent(), node->row() + 1);
-    finishMove(node, std::move(before), QStringLiteral("Move down"));
+    if (Status finished = finishMove(node, std::move(before), QStringLiteral("Move down"));
+        !finished) {
+        return fail(finished.error());
+    }
     return true;
 }
 
-bool OutlineCommands::promote(OutlineNode* node)
+Result<bool> OutlineCommands::promote(OutlineNode* node)
 {
     if (!buttonsFor(node).promote) {
         return false;
@@ -224,11 +243,14 @@ bool OutlineCommands::promote(OutlineNode* node)
         OutlineNode* parent = node->parent();
         outline.moveNode(node, parent->parent(), parent->row() + 1);
     }
-    finishMove(node, std::move(before), QStringLiteral("Promote"));
+    if (Status finished = finishMove(node, std::move(before), QStringLiteral("Promote"));
+        !finished) {
+        return fail(finished.error());
+    }
     return true;
 }
 
-bool OutlineCommands::demote(OutlineNode* node)
+Result<bool> OutlineCommands::demote(OutlineNode* node)
 {
     if (!buttonsFor(node).demote) {
         return false;
@@ -240,7 +262,10 @@ bool OutlineCommands::demote(OutlineNode* node)
     if (!outline.moveNode(node, newParent, newParent->childCount())) {
         return false;
     }
-    finishMove(node, std::move(before), QStringLiteral("Demote"));
+    if (Status finished = finishMove(node, std::move(before), QStringLiteral("Demote"));
+        !finished) {
+        return fail(finished.error());
+    }
     return true;
 }
 
@@ -249,7 +274,7 @@ bool OutlineCommands::canDrop(const OutlineNode* dragged, const OutlineNode* tar
     return dragged && target && dragged->parent() && target != dragged && !target->isUnder(dragged);
 }
 
-bool OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
+Result<bool> OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
 {
     OutlineModel& outline = m_data.outline();
     OutlineState before = captureState(dragged);
@@ -271,9 +296,13 @@ bool OutlineCommands::drop(OutlineNode* dragged, OutlineNode* target, bool ctrl)
         outline.setSelected(dragged);
     }
     m_data.setCurrentNodeIndex(outline.selectedIndex());
-    m_data.SaveTree();
+    if (Status saved = m_data.SaveTree(); !saved) {
+        return fail(saved.error());
+    }
     if (moved) {
-        record(QStringLiteral("Drop"), std::move(before));
+        if (Status recorded = record(QStringLiteral("Drop"), std::move(before)); !recorded) {
+            return fail(recorded.error());
+        }
     }
     return moved;
 }
@@ -297,12 +326,12 @@ QString OutlineCommands::recoveredCaption(qint32 pageId, const QString& info)
     return caption.isEmpty() ? QStringLiteral("Page %1").arg(pageId) : caption;
 }
 
-std::vector<OutlineNode*> OutlineCommands::recoverPages()
+Result<std::vector<OutlineNode*>> OutlineCommands::recoverPages()
 {
     OutlineModel& outline = m_data.outline();
     PageTable* table = m_data.table();
     if (!table || !outline.root()) {
-        return {};
+        return std::vector<OutlineNode*>();
     }
     // Page ids carried by the outline; the project node's data is the selection, not a page.
     QSet<qint32> referenced;
@@ -317,7 +346,11 @@ std::vector<OutlineNode*> OutlineCommands::recoverPages()
             folder = node;
         }
     }
-    std::vector<PageSummary> records = table->summaries();
+    Result<std::vector<PageSummary>> summaries = table->summaries();
+    if (!summaries) {
+        return fail(summaries.error());
+    }
+    std::vector<PageSummary>& records = *summaries;
     std::sort(records.begin(), records.end(),
               [](const PageSummary& a, const PageSummary& b) { return a.storedId < b.storedId; });
     std::vector<OutlineNodeData> lost;
@@ -334,34 +367,35 @@ std::vector<OutlineNode*> OutlineCommands::recoverPages()
         referenced.insert(r.pageId);
     }
     if (lost.empty()) {
-        return {};
+        return std::vector<OutlineNode*>();
     }
     OutlineState before = captureState();
     std::vector<OutlineNode*> added;
-    try {
-        m_data.runInTransaction([&] {
-            if (!folder) {
-                OutlineNodeData d;
-                d.caption = QLatin1String(kRecoveredItems);
-                d.imageIndex = PageType::Folder;
-                d.data = -1;
-                folder = outline.addChild(outline.root(), d);
-            }
-            const int first = folder->childCount();
-            outline.appendChildren(folder, lost);
-            outline.setExpanded(folder, true);
-            for (int i = first; i < folder->childCount(); ++i) {
-                added.push_back(folder->childAt(i));
-            }
-            m_data.SaveTree();
-        });
-    } catch (...) {
+    const Status recovered = m_data.runInTransaction([&]() -> Status {
+        if (!folder) {
+            OutlineNodeData d;
+            d.caption = QLatin1String(kRecoveredItems);
+            d.imageIndex = PageType::Folder;
+            d.data = -1;
+            folder = outline.addChild(outline.root(), d);
+        }
+        const int first = folder->childCount();
+        outline.appendChildren(folder, lost);
+        outline.setExpanded(folder, true);
+        for (int i = first; i < folder->childCount(); ++i) {
+            added.push_back(folder->childAt(i));
+        }
+        return m_data.SaveTree();
+    });
+    if (!recovered) {
         outline.reset(OutlineStream::read(before.outline).value_or(nullptr));
         outline.selectIndex(before.selected);
-        throw;
+        return fail(recovered.error());
     }
     m_data.markModified();
-    record(QStringLiteral("Recover pages"), std::move(before));
+    if (Status recorded = record(QStringLiteral("Recover pages"), std::move(before)); !recorded) {
+        return fail(recorded.error());
+    }
     return added;
 }
 
@@ -376,20 +410,27 @@ OutlineState OutlineCommands::captureState(const OutlineNode* focus) const
     return state;
 }
 
-void OutlineCommands::record(const QString& label, OutlineState before,
-                             const std::vector<qint32>& addedIds)
+Status OutlineCommands::record(const QString& label, OutlineState before,
+                               const std::vector<qint32>& addedIds)
 {
     OutlineStep step;
     step.label = label;
     step.before = std::move(before);
     step.after = captureState();
     for (qint32 id : addedIds) {
-        if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
+        Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
+        if (!row) {
+            // The command is done; only its undo is lost, and with it the history before it.
+            m_data.history().clear();
+            return fail(row.error());
+        }
+        if (*row) {
             step.after.ownIds.push_back(id);
-            step.after.ownRows.push_back(std::move(*row));
+            step.after.ownRows.push_back(std::move(**row));
         }
     }
     m_data.history().record(std::move(step));
+    return {};
 }
 
 bool OutlineCommands::canUndo() const
@@ -402,33 +443,33 @@ bool OutlineCommands::canRedo() const
     return m_data.isOpen() && m_data.history().canRedo();
 }
 
-bool OutlineCommands::undo()
+Result<bool> OutlineCommands::undo()
 {
     if (!canUndo()) {
         return false;
     }
     OutlineStep& step = m_data.history().toUndo();
-    if (!apply(step.after, step.before)) {
-        return false;
+    const Result<bool> applied = apply(step.after, step.before);
+    if (applied && *applied) {
+        m_data.history().undone();
     }
-    m_data.history().undone();
-    return true;
+    return applied;
 }
 
-bool OutlineCommands::redo()
+Result<bool> OutlineCommands::redo()
 {
     if (!canRedo()) {
         return false;
     }
     OutlineStep& step = m_data.history().toRedo();
-    if (!apply(step.before, step.after)) {
-        return false;
+    const Result<bool> applied = apply(step.before, step.after);
+    if (applied && *applied) {
+        m_data.history().redone();
     }
-    m_data.history().redone();
-    return true;
+    return applied;
 }
 
-bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
+Result<bool> OutlineCommands::apply(OutlineState& from, OutlineState& to)
 {
     OutlineModel& outline = m_data.outline();
     if (OutlineHistory::shapeOf(outline.root()) != OutlineHistory::shapeOf(from.outline)) {
@@ -445,26 +486,33 @@ bool OutlineCommands::apply(OutlineState& from, OutlineState& to)
     // The rows leaving are read as they are now, so that what is redone later holds any edit
     // made to those pages meanwhile.
     std::vector<RawPageRow> leaving;
-    try {
-        m_data.runInTransaction([&] {
-            for (qint32 id : from.ownIds) {
-                if (std::optional<RawPageRow> row = m_data.table()->readRaw(id)) {
-                    leaving.push_back(std::move(*row));
-                }
-                m_data.DeleteRecord(id);
+    const Status applied = m_data.runInTransaction([&]() -> Status {
+        for (qint32 id : from.ownIds) {
+            Result<std::optional<RawPageRow>> row = m_data.table()->readRaw(id);
+            if (!row) {
+                return fail(row.error());
             }
-            for (const RawPageRow& row : to.ownRows) {
-                m_data.table()->insertRaw(row);
+            if (*row) {
+                leaving.push_back(std::move(**row));
             }
-            outline.reset(std::move(target));
-            outline.selectIndex(to.selected);
-            m_data.setCurrentNodeIndex(-1);
-            m_data.SaveTree();
-        });
-    } catch (...) {
+            if (Status deleted = m_data.DeleteRecord(id); !deleted) {
+                return deleted;
+            }
+        }
+        for (const RawPageRow& row : to.ownRows) {
+            if (Status inserted = m_data.table()->insertRaw(row); !inserted) {
+                return inserted;
+            }
+        }
+        outline.reset(std::move(target));
+        outline.selectIndex(to.selected);
+        m_data.setCurrentNodeIndex(-1);
+        return m_data.SaveTree();
+    });
+    if (!applied) {
         outline.reset(OutlineStream::read(now).value_or(nullptr));
         outline.selectIndex(nowSelected);
-        throw;
+        return fail(applied.error());
     }
     from.ownRows = std::move(leaving);
     m_data.markModified();

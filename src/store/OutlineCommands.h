@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Colour.h"
+#include "common/Result.h"
 
 #include <QString>
 
@@ -28,6 +29,8 @@ struct OutlineButtons
 // The outline commands as operations on the store's outline and page table. The window asks
 // the user and then calls these; kestrum-cli calls them directly. Each leaves the outline
 // written (SaveTree) as the command does in the window; none shows a page (the window does).
+// A command that fails to write leaves the outline and the records as they were and gives the
+// Error to show.
 class OutlineCommands
 {
 public:
@@ -43,34 +46,35 @@ public:
     };
     // A document (with its record) or a folder under or after `selected`; the new node is
     // selected and becomes the current node. After the project node, "after" means "under".
-    OutlineNode* newItem(OutlineNode* selected, const NewItem& item);
+    Result<OutlineNode*> newItem(OutlineNode* selected, const NewItem& item);
 
     // Deletes the selected node and every node after it in tree order, walking back from the
     // last node; records of the selected subtree are deleted (one transaction). The node
     // before the deleted one is selected.
-    void deleteItem(OutlineNode* selected);
+    Status deleteItem(OutlineNode* selected);
 
-    void rename(OutlineNode* node, const QString& caption);
+    Status rename(OutlineNode* node, const QString& caption);
     // A text colour mark; nullopt ("White") gives the node back the tree's colours.
-    void setColour(OutlineNode* node, std::optional<common::TColor> textColour);
+    Status setColour(OutlineNode* node, std::optional<common::TColor> textColour);
 
-    bool moveUp(OutlineNode* node);
-    bool moveDown(OutlineNode* node);
-    bool promote(OutlineNode* node);
-    bool demote(OutlineNode* node);
+    // Each gives whether the node moved.
+    Result<bool> moveUp(OutlineNode* node);
+    Result<bool> moveDown(OutlineNode* node);
+    Result<bool> promote(OutlineNode* node);
+    Result<bool> demote(OutlineNode* node);
 
     static bool canDrop(const OutlineNode* dragged, const OutlineNode* target);
     // With `ctrl` the node goes before the target at its level, otherwise it becomes the
     // target's last child. The dragged node is selected.
-    bool drop(OutlineNode* dragged, OutlineNode* target, bool ctrl);
+    Result<bool> drop(OutlineNode* dragged, OutlineNode* target, bool ctrl);
 
     // The folder that recoverPages puts pages into.
     static constexpr const char* kRecoveredItems = "Recovered items";
     // Every page record that no node refers to comes back under the folder "Recovered items"
     // (made at the end of the outline when there is none), in page-id order, captioned by
     // recoveredCaption. One transaction; nothing is written when every record has a node.
-    // Returns the nodes added.
-    std::vector<OutlineNode*> recoverPages();
+    // Gives the nodes added.
+    Result<std::vector<OutlineNode*>> recoverPages();
     // The caption of a recovered page: the third TAB field of its PageInfo (as a host writes
     // it); a PageInfo without TAB fields is the plain title Kestrum gave the page; otherwise
     // the first field that is not blank; "Page N" when the PageInfo holds no text at all.

@@ -114,8 +114,7 @@ private:
                                    bool isText) const;
     // Runs a cached statement that changes one record (`value`, when given, is bound before
     // the page id); false when no record was changed.
-    Result<bool> changeOne(const char* sql, const std::optional<QByteArray>& value,
-                           qint32 pageId);
+    Result<bool> changeOne(const char* sql, const std::optional<QByteArray>& value, qint32 pageId);
 
     SqliteDatabase& m_db;
 };

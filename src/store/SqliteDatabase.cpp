@@ -68,8 +68,8 @@ void SqliteStatement::bindText(int index, const QString& value)
 {
     if (m_stmt) {
         const QByteArray utf8 = value.toUtf8();
-        noteBind(sqlite3_bind_text64(m_stmt, index, utf8.constData(),
-                                     sqlite3_uint64(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8));
+        noteBind(sqlite3_bind_text64(m_stmt, index, utf8.constData(), sqlite3_uint64(utf8.size()),
+                                     SQLITE_TRANSIENT, SQLITE_UTF8));
     }
 }
 

@@ -7,7 +7,6 @@
 #include "store/PageDocument.h"
 #include "store/PageTable.h"
 #include "store/SqliteDatabase.h"
-#include "store/StoreError.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,21 +23,28 @@ const QString kPublicFileName = QStringLiteral("Public File Name");
 const QString kSupModified = QStringLiteral("SUP Modified");
 const QString kDefaultRootCaption = QStringLiteral("Project name");
 
-// Opens a project file and checks it without touching the open project, so that a file that
-// cannot be used leaves everything as it was.
-std::unique_ptr<OutlineNode> readStoredOutline(PageTable& table, const QString& fileName,
-                                               QByteArray* stored)
+// Reads the outline of a project file being opened without touching the open project, so that
+// a file that cannot be used leaves everything as it was. Null when the file has none yet.
+Result<std::unique_ptr<OutlineNode>> readStoredOutline(PageTable& table, const QString& fileName,
+                                                       QByteArray* stored)
 {
-    const std::optional<qint32> first = table.firstId();
+    const Result<std::optional<qint32>> first = table.firstId();
     if (!first) {
-        return {};
+        return fail(first.error());
     }
-    *stored = table.readContent(*first).value_or(QByteArray());
+    if (!*first) {
+        return std::unique_ptr<OutlineNode>();
+    }
+    const Result<std::optional<QByteArray>> content = table.readContent(**first);
+    if (!content) {
+        return fail(content.error());
+    }
+    *stored = content->value_or(QByteArray());
     Result<std::unique_ptr<OutlineNode>> root = OutlineStream::read(*stored);
     if (!root) {
-        throw StoreError(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, root.error()));
+        return fail(QStringLiteral("Cannot open \"%1\": %2").arg(fileName, root.error()));
     }
-    return std::move(*root);
+    return root;
 }
 
 } // namespace
@@ -56,10 +62,7 @@ TRMData::~TRMData()
     blockSignals(true);
     m_outline.blockSignals(true);
     if (isOpen()) {
-        try {
-            SaveTree();
-        } catch (const StoreError&) {
-        }
+        static_cast<void>(SaveTree()); // nobody is left to tell of a failure
     }
     m_closing = true;
 }
@@ -69,12 +72,13 @@ bool TRMData::isOpen() const
     return m_db && m_db->isOpen();
 }
 
-void TRMData::requireWritable() const
+Status TRMData::requireWritable() const
 {
     if (m_readOnly && isOpen()) {
-        throw StoreError(QStringLiteral("\"%1\" cannot be saved: the file is read-only")
-                             .arg(QFileInfo(m_fileName).fileName()));
+        return fail(QStringLiteral("\"%1\" cannot be saved: the file is read-only")
+                        .arg(QFileInfo(m_fileName).fileName()));
     }
+    return {};
 }
 
 bool TRMData::usable() const
@@ -97,13 +101,17 @@ void TRMData::setTitleFromFile(const QString& fileName)
 
 // ---- project files -----------------------------------------------------------------------------
 
-void TRMData::DBCreate(const QString& fileName)
+Status TRMData::DBCreate(const QString& fileName)
 {
     const bool existed = QFile::exists(fileName);
     auto db = std::make_unique<SqliteDatabase>();
-    db->open(fileName, SqliteDatabase::OpenMode::ReadWriteCreate);
+    if (Status opened = db->open(fileName, SqliteDatabase::OpenMode::ReadWriteCreate); !opened) {
+        return opened;
+    }
     // A file that is not a database is refused here, before the open project is closed.
-    db->exec("SELECT count(*) FROM sqlite_schema");
+    if (Status read = db->exec("SELECT count(*) FROM sqlite_schema"); !read) {
+        return read;
+    }
 
     CloseFile();
     setTitleFromFile(fileName);
@@ -113,29 +121,8 @@ void TRMData::DBCreate(const QString& fileName)
     m_publicFileName = fileName;
     m_currentPageId = -1;
     m_currentNodeIndex = -1;
-    try {
-        SqliteTransaction tx(*m_db);
-        m_table->create();
-        m_outline.clear();
-        OutlineNodeData rootData;
-        rootData.caption = kDefaultRootCaption;
-        rootData.imageIndex = PageType::OutlineRoot;
-        rootData.data = 0;
-        OutlineNode* root = m_outline.createRoot(rootData);
-        m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, {}, {}, 0);
-        SaveTree();
-        for (const QString& caption :
-             {QStringLiteral("First document"), QStringLiteral("Second document")}) {
-            OutlineNodeData page;
-            page.caption = caption;
-            page.imageIndex = PageType::Text;
-            OutlineNode* node = m_outline.addChild(root, page);
-            m_outline.setData(node, AddRecord(PageType::Text, caption, {}));
-        }
-        m_outline.setExpanded(root, true);
-        SaveTree();
-        tx.commit();
-    } catch (...) {
+    const Status created = fillNewProject();
+    if (!created) {
         m_outline.clear();
         m_table.reset();
         m_db.reset();
@@ -143,11 +130,53 @@ void TRMData::DBCreate(const QString& fileName)
         if (!existed) {
             QFile::remove(fileName);
         }
-        throw;
     }
+    return created;
 }
 
-void TRMData::DBOpen(const QString& fileName, bool openReadOnly)
+Status TRMData::fillNewProject()
+{
+    SqliteTransaction tx(*m_db);
+    if (Status begun = tx.begin(); !begun) {
+        return begun;
+    }
+    if (Status created = m_table->create(); !created) {
+        return created;
+    }
+    m_outline.clear();
+    OutlineNodeData rootData;
+    rootData.caption = kDefaultRootCaption;
+    rootData.imageIndex = PageType::OutlineRoot;
+    rootData.data = 0;
+    OutlineNode* root = m_outline.createRoot(rootData);
+    const Result<qint32> outlineRecord =
+        m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, {}, {}, 0);
+    if (!outlineRecord) {
+        return fail(outlineRecord.error());
+    }
+    if (Status saved = SaveTree(); !saved) {
+        return saved;
+    }
+    for (const QString& caption :
+         {QStringLiteral("First document"), QStringLiteral("Second document")}) {
+        OutlineNodeData page;
+        page.caption = caption;
+        page.imageIndex = PageType::Text;
+        OutlineNode* node = m_outline.addChild(root, page);
+        const Result<qint32> id = AddRecord(PageType::Text, caption, {});
+        if (!id) {
+            return fail(id.error());
+        }
+        m_outline.setData(node, *id);
+    }
+    m_outline.setExpanded(root, true);
+    if (Status saved = SaveTree(); !saved) {
+        return saved;
+    }
+    return tx.commit();
+}
+
+Status TRMData::DBOpen(const QString& fileName, bool openReadOnly)
 {
     // The open project is written first: it may be the very file being opened again.
     flushBeforeClose();
@@ -157,12 +186,22 @@ void TRMData::DBOpen(const QString& fileName, bool openReadOnly)
         openReadOnly ||
         (info.exists() && (!info.isWritable() || !QFileInfo(info.absolutePath()).isWritable()));
     auto db = std::make_unique<SqliteDatabase>();
-    db->open(fileName,
-             readOnly ? SqliteDatabase::OpenMode::ReadOnly : SqliteDatabase::OpenMode::ReadWrite);
+    if (Status opened = db->open(fileName, readOnly ? SqliteDatabase::OpenMode::ReadOnly
+                                                    : SqliteDatabase::OpenMode::ReadWrite);
+        !opened) {
+        return opened;
+    }
     auto table = std::make_unique<PageTable>(*db);
-    table->validate(true);
+    if (Status valid = table->validate(true); !valid) {
+        return valid;
+    }
     QByteArray storedOutline;
-    std::unique_ptr<OutlineNode> root = readStoredOutline(*table, fileName, &storedOutline);
+    Result<std::unique_ptr<OutlineNode>> stored =
+        readStoredOutline(*table, fileName, &storedOutline);
+    if (!stored) {
+        return fail(stored.error());
+    }
+    std::unique_ptr<OutlineNode> root = std::move(*stored);
     if (!root) {
         // A table without an outline yet (a host may create one): only the project node.
         OutlineNodeData rootData;
@@ -195,16 +234,15 @@ void TRMData::DBOpen(const QString& fileName, bool openReadOnly)
 
     if (const QString handOff = handOffFileName(false);
         !m_readOnly && !handOff.isEmpty() && QFile::exists(handOff)) {
-        try {
-            GetNewPages();
-        } catch (const StoreError& e) {
-            emit warning(e.message());
+        if (Status taken = GetNewPages(); !taken) {
+            emit warning(taken.error());
         }
     }
     emit outlineLoaded();
     restoreSelectionAfterOpen();
     emit selectionRestored();
     emit outlineSaved();
+    return {};
 }
 
 void TRMData::restoreSelectionAfterOpen()
@@ -248,10 +286,8 @@ void TRMData::flushBeforeClose()
         return;
     }
     emit aboutToClose();
-    try {
-        SaveTree();
-    } catch (const StoreError& e) {
-        emit warning(e.message());
+    if (Status saved = SaveTree(); !saved) {
+        emit warning(saved.error());
     }
 }
 
@@ -273,30 +309,40 @@ void TRMData::closeConnections()
 
 // ---- outline -----------------------------------------------------------------------------------
 
-void TRMData::SaveTree()
+Status TRMData::SaveTree()
 {
     if (m_readOnly) {
-        return; // nothing on screen can have changed what a read-only file holds
+        return {}; // nothing on screen can have changed what a read-only file holds
     }
     // An outline reduced to the project node is written too: the stored outline is always
     // the one on screen.
     if (!usable() || m_outline.count() < 1) {
-        return;
+        return {};
     }
     m_outline.setData(m_outline.root(), m_outline.selectedIndex());
     const QByteArray stream = OutlineStream::write(m_outline.root());
-    const std::optional<qint32> first = m_table->firstId();
-    if (first) {
+    const Result<std::optional<qint32>> first = m_table->firstId();
+    if (!first) {
+        return fail(first.error());
+    }
+    if (*first) {
         // An outline that is already stored as it is costs no write (and leaves the file as it
         // was, for a command that was refused).
         if (stream != m_storedOutline) {
-            m_table->writeContent(*first, stream);
+            if (const Result<bool> written = m_table->writeContent(**first, stream); !written) {
+                return fail(written.error());
+            }
         }
     } else {
-        m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, stream, {}, 0);
+        const Result<qint32> inserted =
+            m_table->insert(now(), QStringLiteral("Outline"), PageType::OutlineRoot, stream, {}, 0);
+        if (!inserted) {
+            return fail(inserted.error());
+        }
     }
     m_storedOutline = stream;
     emit outlineSaved();
+    return {};
 }
 
 // ---- settings beside the project -----------------------------------------------------------

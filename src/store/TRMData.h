@@ -181,6 +181,8 @@ private:
     Status requireWritable() const;
     // What closing does before the connection goes: the page on screen and the outline written.
     void flushBeforeClose();
+    // The new project's table, outline and first two pages, in one transaction.
+    Status fillNewProject();
     void closeConnections();
     // The page an operation by kind works on (the current record for -1); it becomes the
     // current record. nullopt when there is no such page.

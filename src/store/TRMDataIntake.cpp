@@ -8,7 +8,6 @@
 #include "store/KeptItemsFile.h"
 #include "store/PageTable.h"
 #include "store/SqliteDatabase.h"
-#include "store/StoreError.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,7 +42,7 @@ QString TRMData::handOffFileName(bool lowerCaseSupTest) const
     return HandOffFile::nameFor(m_fileName, lowerCaseSupTest);
 }
 
-bool TRMData::pollHandOff()
+Result<bool> TRMData::pollHandOff()
 {
     if (m_readOnly) {
         return false; // pages cannot be taken into a file that cannot be written
@@ -55,15 +54,19 @@ bool TRMData::pollHandOff()
     if (handOff.isEmpty() || !QFile::exists(handOff)) {
         return false;
     }
-    GetNewPages();
+    if (Status taken = GetNewPages(); !taken) {
+        return fail(taken.error());
+    }
     return true;
 }
 
-void TRMData::GetNewPages()
+Status TRMData::GetNewPages()
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return writable;
+    }
     if (!usable()) {
-        return;
+        return {};
     }
     // The file the poll or the opening found; the two tests differ only in letter case.
     QString handOff = handOffFileName(true);
@@ -71,7 +74,7 @@ void TRMData::GetNewPages()
         handOff = handOffFileName(false);
     }
     if (handOff.isEmpty() || !QFile::exists(handOff)) {
-        return;
+        return {};
     }
     m_restoredSelection = -1;
     const HandOffFile::Stamp readStamp = HandOffFile::stamp(handOff);
@@ -97,8 +100,12 @@ void TRMData::GetNewPages()
         }
     }
 
+    const Result<std::vector<PageSummary>> records = m_table->summaries();
+    if (!records) {
+        return fail(records.error());
+    }
     std::vector<OutlineNodeData> adopted;
-    for (const PageSummary& record : m_table->summaries()) {
+    for (const PageSummary& record : *records) {
         if (record.idOutOfRange) {
             emit warning(QStringLiteral("The page with id %1 cannot be taken in: page ids above "
                                         "2147483647 are not supported")
@@ -120,38 +127,32 @@ void TRMData::GetNewPages()
 
     if (!adopted.empty()) {
         std::vector<OutlineNode*> created;
-        try {
-            if (!newItems) {
-                newItems = m_outline.addChild(m_outline.root(), folderNode(kNewItems));
-                created.push_back(newItems);
+        if (!newItems) {
+            newItems = m_outline.addChild(m_outline.root(), folderNode(kNewItems));
+            created.push_back(newItems);
+        }
+        OutlineNode* parent = newItems;
+        if (!firstLine.isEmpty()) {
+            parent = namedParent;
+            if (!parent) {
+                parent = m_outline.addChild(newItems, folderNode(firstLine));
+                created.push_back(parent);
             }
-            OutlineNode* parent = newItems;
-            if (!firstLine.isEmpty()) {
-                parent = namedParent;
-                if (!parent) {
-                    parent = m_outline.addChild(newItems, folderNode(firstLine));
-                    created.push_back(parent);
-                }
+        }
+        const int firstRow = parent->childCount();
+        OutlineNode* first = m_outline.appendChildren(parent, adopted);
+        m_restoredSelection = m_outline.indexOf(first);
+        m_outline.setExpanded(parent, true);
+        if (Status saved = SaveTree(); !saved) {
+            // Undo the adoption so that the next tick tries again with the file intact.
+            while (parent->childCount() > firstRow) {
+                m_outline.removeNode(parent->childAt(parent->childCount() - 1));
             }
-            const int firstRow = parent->childCount();
-            OutlineNode* first = m_outline.appendChildren(parent, adopted);
-            m_restoredSelection = m_outline.indexOf(first);
-            m_outline.setExpanded(parent, true);
-            try {
-                SaveTree();
-            } catch (...) {
-                // Undo the adoption so that the next tick tries again with the file intact.
-                while (parent->childCount() > firstRow) {
-                    m_outline.removeNode(parent->childAt(parent->childCount() - 1));
-                }
-                throw;
-            }
-        } catch (...) {
             for (auto it = created.rbegin(); it != created.rend(); ++it) {
                 m_outline.removeNode(*it);
             }
             m_restoredSelection = -1;
-            throw;
+            return saved;
         }
     }
     // A hand-off written again while this one was taken in stays for the next tick. The file
@@ -159,7 +160,7 @@ void TRMData::GetNewPages()
     // between the test and the deletion is not lost: what was moved is tested, and put back
     // when it is not the one that was read.
     if (HandOffFile::stamp(handOff) != readStamp) {
-        return;
+        return {};
     }
     const QString taken = handOff + QStringLiteral(".taken");
     QFile::remove(taken); // left over from an interrupted intake
@@ -167,7 +168,7 @@ void TRMData::GetNewPages()
         if (QFile::exists(handOff)) {
             emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
         }
-        return;
+        return {};
     }
     // Moving the file changed its status time only: the same inode, size and modification
     // time say it is still the writing that was read.
@@ -180,6 +181,7 @@ void TRMData::GetNewPages()
         QFile::rename(taken, handOff);
         emit warning(QStringLiteral("Cannot delete the hand-off file \"%1\"").arg(handOff));
     }
+    return {};
 }
 
 // ---- kept items --------------------------------------------------------------------------------
@@ -193,9 +195,11 @@ QString TRMData::keptItemsFileName() const
     return info.absoluteDir().filePath(info.completeBaseName() + QStringLiteral(".sup"));
 }
 
-int TRMData::MoveToSup()
+Result<int> TRMData::MoveToSup()
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable()) {
         return 0;
     }
@@ -205,22 +209,32 @@ int TRMData::MoveToSup()
     }
     const QString supPath = keptItemsFileName();
     if (QFileInfo(supPath).absoluteFilePath() == QFileInfo(m_fileName).absoluteFilePath()) {
-        throw StoreError(QStringLiteral("\"%1\" is itself a kept-items file: its pages cannot be "
-                                        "kept in it")
-                             .arg(m_fileName));
+        return fail(QStringLiteral("\"%1\" is itself a kept-items file: its pages cannot be "
+                                   "kept in it")
+                        .arg(m_fileName));
     }
-    KeptItemsFile kept(supPath, now());
+    KeptItemsFile kept;
+    if (Status opened = kept.open(supPath, now()); !opened) {
+        return fail(opened.error());
+    }
     int copied = 0;
-    auto copyPage = [&](const OutlineNode* node) {
+    auto copyPage = [&](const OutlineNode* node) -> Status {
         // Folders and the project node have no record to keep.
         if (node == m_outline.root() || node->data() <= 0) {
-            return;
+            return {};
         }
-        if (const std::optional<RawPageRow> row = m_table->readRaw(node->data())) {
-            kept.add(*row);
+        const Result<std::optional<RawPageRow>> row = m_table->readRaw(node->data());
+        if (!row) {
+            return fail(row.error());
+        }
+        if (*row) {
+            if (Status added = kept.add(**row); !added) {
+                return added;
+            }
             m_currentPageId = node->data();
             ++copied;
         }
+        return {};
     };
     if (selected->hasChildren()) {
         const int start = m_outline.indexOf(selected);
@@ -231,12 +245,16 @@ int TRMData::MoveToSup()
             }
             m_outline.setSelected(node);
             emit selectionRestored();
-            copyPage(node);
+            if (Status done = copyPage(node); !done) {
+                return fail(done.error());
+            }
         }
-    } else {
-        copyPage(selected);
+    } else if (Status done = copyPage(selected); !done) {
+        return fail(done.error());
     }
-    kept.commit();
+    if (Status committed = kept.commit(); !committed) {
+        return fail(committed.error());
+    }
     return copied;
 }
 

@@ -7,7 +7,6 @@
 #include "store/PageDocument.h"
 #include "store/PageTable.h"
 #include "store/SqliteDatabase.h"
-#include "store/StoreError.h"
 
 #include <QFileInfo>
 
@@ -15,57 +14,77 @@ namespace kestrum::store {
 
 // ---- records -----------------------------------------------------------------------------------
 
-std::optional<qint32> TRMData::locate(qint32 pageId)
+namespace {
+const QString kNoProject = QStringLiteral("No project file is open");
+} // namespace
+
+Result<std::optional<qint32>> TRMData::locate(qint32 pageId)
 {
-    if (pageId == -1) {
-        if (m_currentPageId != -1 && m_table->exists(m_currentPageId)) {
-            return m_currentPageId;
-        }
-        return std::nullopt;
+    const qint32 id = pageId == -1 ? m_currentPageId : pageId;
+    if (id == -1) {
+        return std::optional<qint32>();
     }
-    if (!m_table->exists(pageId)) {
-        return std::nullopt;
+    const Result<bool> exists = m_table->exists(id);
+    if (!exists) {
+        return fail(exists.error());
     }
-    m_currentPageId = pageId;
-    return pageId;
+    if (!*exists) {
+        return std::optional<qint32>();
+    }
+    m_currentPageId = id;
+    return std::optional<qint32>(id);
 }
 
-qint32 TRMData::appendRecord(qint32 pageType, const QString& info, const QByteArray& content,
-                             const QString& comment)
+Result<qint32> TRMData::appendRecord(qint32 pageType, const QString& info,
+                                     const QByteArray& content, const QString& comment)
 {
-    requireWritable();
-    if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
     }
-    const qint32 id = m_table->insert(now(), info, pageType, content, comment);
-    m_currentPageId = id;
+    if (!usable()) {
+        return fail(kNoProject);
+    }
+    const Result<qint32> id = m_table->insert(now(), info, pageType, content, comment);
+    if (id) {
+        m_currentPageId = *id;
+    }
     return id;
 }
 
-std::vector<qint32> TRMData::appendRecords(const std::vector<NewPage>& pages)
+Result<std::vector<qint32>> TRMData::appendRecords(const std::vector<NewPage>& pages)
 {
-    requireWritable();
-    if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
     }
-    std::vector<qint32> ids = m_table->insertMany(pages);
-    if (!ids.empty()) {
-        m_currentPageId = ids.back();
+    if (!usable()) {
+        return fail(kNoProject);
+    }
+    Result<std::vector<qint32>> ids = m_table->insertMany(pages);
+    if (ids && !ids->empty()) {
+        m_currentPageId = ids->back();
     }
     return ids;
 }
 
-qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
+Result<qint32> TRMData::AddRecord(qint32 pageType, const QString& title, const QString& sourceFile)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable()) {
         return -1;
     }
     common::ScopedFlag adding(m_adding);
     m_unsavedImport.reset();
     SqliteTransaction tx(*m_db);
-    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
-    m_currentPageId = id;
+    if (Status begun = tx.begin(); !begun) {
+        return fail(begun.error());
+    }
+    const Result<qint32> id = m_table->insert(now(), title, pageType, {}, {});
+    if (!id) {
+        return id;
+    }
+    m_currentPageId = *id;
 
     // Only the kinds a file can be added as take content here; the others start empty.
     const EditorKind kind =
@@ -90,60 +109,93 @@ qint32 TRMData::AddRecord(qint32 pageType, const QString& title, const QString& 
         const PageKind* entry = m_kinds.find(kind);
         if (kind == EditorKind::Text || (entry && entry->storedWhenAdded) ||
             (loaded && document->storesImportImmediately(sourceFile))) {
-            savePage(id, *document);
+            if (const Result<bool> saved = savePage(*id, *document); !saved) {
+                return fail(saved.error());
+            }
         } else if (loaded) {
             Result<QByteArray> bytes = document->writeContent();
             if (!bytes) {
-                throw StoreError(
+                return fail(
                     QStringLiteral("Cannot import \"%1\": %2").arg(sourceFile, bytes.error()));
             }
             m_unsavedImport = std::move(*bytes);
         }
     }
-    tx.commit();
+    if (Status committed = tx.commit(); !committed) {
+        m_unsavedImport.reset();
+        return fail(committed.error());
+    }
     return id;
 }
 
-qint32 TRMData::AddWPRecord(const QString& title, qint32 pageType)
+Result<qint32> TRMData::AddWPRecord(const QString& title, qint32 pageType)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable()) {
         return -1;
     }
     common::ScopedFlag adding(m_adding);
     SqliteTransaction tx(*m_db);
-    const qint32 id = m_table->insert(now(), title, pageType, {}, {});
-    m_currentPageId = id;
-    if (std::unique_ptr<PageDocument> text = m_kinds.makeDocument(EditorKind::Text)) {
-        savePage(id, *text);
+    if (Status begun = tx.begin(); !begun) {
+        return fail(begun.error());
     }
-    tx.commit();
+    const Result<qint32> id = m_table->insert(now(), title, pageType, {}, {});
+    if (!id) {
+        return id;
+    }
+    m_currentPageId = *id;
+    if (std::unique_ptr<PageDocument> text = m_kinds.makeDocument(EditorKind::Text)) {
+        if (const Result<bool> saved = savePage(*id, *text); !saved) {
+            return fail(saved.error());
+        }
+    }
+    if (Status committed = tx.commit(); !committed) {
+        return fail(committed.error());
+    }
     return id;
 }
 
-void TRMData::DeleteRecord(qint32 pageId)
+Status TRMData::DeleteRecord(qint32 pageId)
 {
-    requireWritable();
-    if (!usable()) {
-        return;
+    if (Status writable = requireWritable(); !writable) {
+        return writable;
     }
-    if (const auto id = locate(pageId)) {
-        m_table->remove(*id);
-        if (m_currentPageId == *id) {
+    if (!usable()) {
+        return {};
+    }
+    const Result<std::optional<qint32>> id = locate(pageId);
+    if (!id) {
+        return fail(id.error());
+    }
+    if (*id) {
+        if (const Result<bool> removed = m_table->remove(**id); !removed) {
+            return fail(removed.error());
+        }
+        if (m_currentPageId == **id) {
             m_currentPageId = -1;
         }
     }
+    return {};
 }
 
-void TRMData::runInTransaction(const std::function<void()>& work)
+Status TRMData::runInTransaction(const std::function<Status()>& work)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return writable;
+    }
     if (!usable()) {
-        throw StoreError(QStringLiteral("No project file is open"));
+        return fail(kNoProject);
     }
     SqliteTransaction tx(*m_db);
-    work();
-    tx.commit();
+    if (Status begun = tx.begin(); !begun) {
+        return begun;
+    }
+    if (Status done = work(); !done) {
+        return done;
+    }
+    return tx.commit();
 }
 
 qint32 TRMData::pageTypeForFile(const QString& fileName) const
@@ -151,9 +203,11 @@ qint32 TRMData::pageTypeForFile(const QString& fileName) const
     return m_kinds.pageTypeForFile(fileName);
 }
 
-OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
+Result<OutlineNode*> TRMData::AppendFile(const QString& fileName, OutlineNode* node, bool asChild)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable() || !node) {
         return nullptr;
     }
@@ -168,15 +222,18 @@ OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, boo
     m_outline.setExpanded(node, true);
     m_outline.setSelected(added);
     m_currentNodeIndex = m_outline.indexOf(added);
-    try {
-        SqliteTransaction tx(*m_db);
-        m_outline.setData(added, AddRecord(data.imageIndex, data.caption, fileName));
-        SaveTree();
-        tx.commit();
-    } catch (...) {
+    const Status stored = runInTransaction([&]() -> Status {
+        const Result<qint32> id = AddRecord(data.imageIndex, data.caption, fileName);
+        if (!id) {
+            return fail(id.error());
+        }
+        m_outline.setData(added, *id);
+        return SaveTree();
+    });
+    if (!stored) {
         m_outline.removeNode(added);
         m_currentNodeIndex = -1;
-        throw;
+        return fail(stored.error());
     }
     markModified();
     return added;
@@ -184,68 +241,100 @@ OutlineNode* TRMData::AppendFile(const QString& fileName, OutlineNode* node, boo
 
 // ---- page content ------------------------------------------------------------------------------
 
-std::optional<qint32> TRMData::find(qint32 pageId) const
+Result<std::optional<qint32>> TRMData::find(qint32 pageId) const
 {
     const qint32 id = pageId == -1 ? m_currentPageId : pageId;
-    if (id == -1 || !m_table->exists(id)) {
-        return std::nullopt;
+    if (id == -1) {
+        return std::optional<qint32>();
     }
-    return id;
+    const Result<bool> exists = m_table->exists(id);
+    if (!exists) {
+        return fail(exists.error());
+    }
+    return *exists ? std::optional<qint32>(id) : std::nullopt;
 }
 
-std::optional<StoredPage> TRMData::readPage(qint32 pageId) const
+Result<std::optional<StoredPage>> TRMData::readPage(qint32 pageId) const
 {
     if (!usable()) {
-        return std::nullopt;
+        return std::optional<StoredPage>();
     }
-    const std::optional<qint32> id = find(pageId);
+    const Result<std::optional<qint32>> id = find(pageId);
     if (!id) {
-        return std::nullopt;
+        return fail(id.error());
+    }
+    if (!*id) {
+        return std::optional<StoredPage>();
+    }
+    const Result<std::optional<qint32>> type = m_table->readType(**id);
+    if (!type) {
+        return fail(type.error());
+    }
+    const Result<std::optional<QString>> info = m_table->readInfo(**id);
+    if (!info) {
+        return fail(info.error());
+    }
+    const Result<std::optional<QByteArray>> content = m_table->readContent(**id);
+    if (!content) {
+        return fail(content.error());
     }
     StoredPage page;
-    page.pageId = *id;
-    page.type = m_table->readType(*id).value_or(-1);
-    page.info = m_table->readInfo(*id).value_or(QString());
-    page.content = m_table->readContent(*id).value_or(QByteArray());
-    return page;
+    page.pageId = **id;
+    page.type = type->value_or(-1);
+    page.info = info->value_or(QString());
+    page.content = content->value_or(QByteArray());
+    return std::optional<StoredPage>(std::move(page));
 }
 
-bool TRMData::writePageContent(qint32 pageId, const QByteArray& content)
+Result<bool> TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable()) {
         return false;
     }
-    const std::optional<qint32> id = locate(pageId);
-    return id && m_table->writeContent(*id, content);
-}
-
-bool TRMData::savePage(qint32 pageId, PageDocument& document)
-{
-    requireWritable();
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locate(pageId);
     if (!id) {
+        return fail(id.error());
+    }
+    return *id ? m_table->writeContent(**id, content) : Result<bool>(false);
+}
+
+Result<bool> TRMData::savePage(qint32 pageId, PageDocument& document)
+{
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
+    if (!usable()) {
+        return false;
+    }
+    const Result<std::optional<qint32>> id = locate(pageId);
+    if (!id) {
+        return fail(id.error());
+    }
+    if (!*id) {
         return false;
     }
     const Result<QByteArray> bytes = document.writeContent();
     if (!bytes) {
-        throw StoreError(QStringLiteral("Cannot save page %1 of \"%2\": %3")
-                             .arg(*id)
-                             .arg(m_fileName, bytes.error()));
+        return fail(QStringLiteral("Cannot save page %1 of \"%2\": %3")
+                        .arg(**id)
+                        .arg(m_fileName, bytes.error()));
     }
-    return m_table->writeContent(*id, *bytes);
+    return m_table->writeContent(**id, *bytes);
 }
 
-bool TRMData::loadPage(qint32 pageId, PageDocument& document)
+Result<bool> TRMData::loadPage(qint32 pageId, PageDocument& document)
 {
     if (!usable()) {
         return false;
     }
-    const std::optional<qint32> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locate(pageId);
     if (!id) {
+        return fail(id.error());
+    }
+    if (!*id) {
         const PageKind* kind = m_kinds.find(document.kind());
         if (kind && kind->clearedWhenMissing) {
             document.clear();
@@ -253,41 +342,55 @@ bool TRMData::loadPage(qint32 pageId, PageDocument& document)
         return false;
     }
     document.clear(); // a page that cannot be read leaves the editor empty
-    const std::optional<StoredPage> page = readPage(*id);
+    const Result<std::optional<StoredPage>> page = readPage(**id);
     if (!page) {
+        return fail(page.error());
+    }
+    if (!*page) {
         return false;
     }
-    document.setPageInfo(page->info);
-    if (const Status read = document.readContent(page->content); !read) {
+    document.setPageInfo((*page)->info);
+    if (const Status read = document.readContent((*page)->content); !read) {
         document.clear();
-        throw StoreError(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3")
-                             .arg(page->pageId)
-                             .arg(m_fileName, read.error()));
+        return fail(QStringLiteral("Page %1 of \"%2\" cannot be shown: %3")
+                        .arg((*page)->pageId)
+                        .arg(m_fileName, read.error()));
     }
     return true;
 }
 
-bool TRMData::SaveComment(qint32 pageId, const QString& text)
+Result<bool> TRMData::SaveComment(qint32 pageId, const QString& text)
 {
-    requireWritable();
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
     if (!usable()) {
         return false;
     }
-    const std::optional<qint32> id = locate(pageId);
-    return id && m_table->writeComment(*id, text);
-}
-
-bool TRMData::GetComment(qint32 pageId, QString* text)
-{
-    if (!usable()) {
-        return false;
-    }
-    const std::optional<qint32> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locate(pageId);
     if (!id) {
-        return false;
+        return fail(id.error());
     }
-    *text = m_table->readComment(*id).value_or(QString());
-    return true;
+    return *id ? m_table->writeComment(**id, text) : Result<bool>(false);
+}
+
+Result<std::optional<QString>> TRMData::GetComment(qint32 pageId)
+{
+    if (!usable()) {
+        return std::optional<QString>();
+    }
+    const Result<std::optional<qint32>> id = locate(pageId);
+    if (!id) {
+        return fail(id.error());
+    }
+    if (!*id) {
+        return std::optional<QString>();
+    }
+    const Result<std::optional<QString>> comment = m_table->readComment(**id);
+    if (!comment) {
+        return comment;
+    }
+    return std::optional<QString>(comment->value_or(QString()));
 }
 
 } // namespace kestrum::store
