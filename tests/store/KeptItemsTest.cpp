@@ -74,7 +74,8 @@ std::vector<RawPageRow> KeptItemsTest::keptRows()
     ProjectReader kept;
     require(kept.open(m_store->data.keptItemsFileName()));
     std::vector<RawPageRow> rows;
-    for (qint32 id : kept.table().ids().value()) {
+    const std::vector<qint32> ids = kept.table().ids().value();
+    for (qint32 id : ids) {
         rows.push_back(*kept.table().readRaw(id).value());
     }
     return rows;

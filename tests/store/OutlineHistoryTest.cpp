@@ -139,7 +139,8 @@ ProjectState OutlineHistoryTest::state() const
                          .arg(f.expanded);
     }
     s.selected = m.selectedIndex();
-    for (qint32 id : m_store->data.table()->ids().value()) {
+    const std::vector<qint32> ids = m_store->data.table()->ids().value();
+    for (qint32 id : ids) {
         s.rows.insert(id, rowBytes(*m_store->data.table()->readRaw(id).value()));
     }
     return s;
