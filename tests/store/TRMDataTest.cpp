@@ -56,6 +56,7 @@ private slots:
     void damagedPageLeavesOtherPagesReadable();
     void readingAfterAnInterruptedWriteRollsItBack();
     void hostWrittenValuesAreRead();
+    void valueBeyondTheEngineLimitIsRefusedNotStoredEmpty();
 
 private:
     QString path(const QString& name) const { return m_dir->filePath(name); }
@@ -728,3 +729,25 @@ void TRMDataTest::readingAfterAnInterruptedWriteRollsItBack()
 
 QTEST_GUILESS_MAIN(TRMDataTest)
 #include "TRMDataTest.moc"
+
+void TRMDataTest::valueBeyondTheEngineLimitIsRefusedNotStoredEmpty()
+{
+    // A value the engine will not take (beyond its length limit) fails the write: the page keeps
+    // what it held instead of being emptied, and the next write goes through.
+    const QString file = path(QStringLiteral("limit.kst"));
+    KVERIFY_OK(m_store->data.DBCreate(file));
+    m_store->data.CloseFile();
+    HostConnection host(file);
+    KVERIFY_OK(host.table->writeContent(1, "what the page held"));
+    sqlite3_limit(host.db.handle(), SQLITE_LIMIT_LENGTH, 4096);
+    QByteArray noise(64 * 1024, Qt::Uninitialized); // random bytes do not compress below it
+    QRandomGenerator generator(7);
+    generator.fillRange(reinterpret_cast<quint32*>(noise.data()), noise.size() / 4);
+
+    const kestrum::Result<bool> written = host.table->writeContent(1, noise);
+    QVERIFY(!written.ok());
+    QVERIFY2(written.error().contains(file), qPrintable(written.error()));
+    QCOMPARE(*host.table->readContent(1).value(), QByteArray("what the page held"));
+    QVERIFY(host.table->writeContent(1, "after").value());
+    QCOMPARE(*host.table->readContent(1).value(), QByteArray("after"));
+}
