@@ -2,7 +2,6 @@
 
 #include "app/PageDisplay.h"
 #include "app/TKestrumM.h"
-#include "store/StoreError.h"
 #include "store/TRMData.h"
 #include "ui/Dialogs.h"
 
@@ -76,22 +75,23 @@ void OutlineHistoryActions::step(bool undo)
     if (!data.isOpen() || data.isReadOnly()) {
         return;
     }
-    try {
-        // The page on screen is written first, as before every command.
-        m_window.pageDisplay().SaveModif();
-        if (!(undo ? m_commands.undo() : m_commands.redo())) {
-            m_window.statusBar()->showMessage(
-                QStringLiteral("The outline was changed since: there is nothing to %1")
-                    .arg(undo ? QStringLiteral("undo") : QStringLiteral("redo")),
-                5000);
-            return;
-        }
-        m_window.pageDisplay().clearComment();
-        m_window.ShowNode();
-        m_window.CheckButtons();
-    } catch (const store::StoreError& e) {
-        ui::dialogs().warning(&m_window, e.message());
+    // The page on screen is written first, as before every command.
+    m_window.pageDisplay().SaveModif();
+    const Result<bool> applied = undo ? m_commands.undo() : m_commands.redo();
+    if (!applied.ok()) {
+        ui::dialogs().warning(&m_window, applied.error());
+        return;
     }
+    if (!*applied) {
+        m_window.statusBar()->showMessage(
+            QStringLiteral("The outline was changed since: there is nothing to %1")
+                .arg(undo ? QStringLiteral("undo") : QStringLiteral("redo")),
+            5000);
+        return;
+    }
+    m_window.pageDisplay().clearComment();
+    m_window.ShowNode();
+    m_window.CheckButtons();
 }
 
 void OutlineHistoryActions::recover()
@@ -100,24 +100,24 @@ void OutlineHistoryActions::recover()
     if (!data.isOpen() || data.isReadOnly()) {
         return;
     }
-    try {
-        m_window.pageDisplay().SaveModif();
-        const std::size_t added = m_commands.recoverPages().size();
-        if (added == 0) {
-            ui::dialogs().information(&m_window, QStringLiteral("No page is without an item."));
-            return;
-        }
-        m_window.CheckButtons();
-        ui::dialogs().information(
-            &m_window, added == 1
-                           ? QStringLiteral("1 page came back under \"%1\".")
-                                 .arg(QLatin1String(store::OutlineCommands::kRecoveredItems))
-                           : QStringLiteral("%1 pages came back under \"%2\".")
-                                 .arg(added)
-                                 .arg(QLatin1String(store::OutlineCommands::kRecoveredItems)));
-    } catch (const store::StoreError& e) {
-        ui::dialogs().warning(&m_window, e.message());
+    m_window.pageDisplay().SaveModif();
+    const Result<std::vector<store::OutlineNode*>> recovered = m_commands.recoverPages();
+    if (!recovered) {
+        ui::dialogs().warning(&m_window, recovered.error());
+        return;
     }
+    const std::size_t added = recovered->size();
+    if (added == 0) {
+        ui::dialogs().information(&m_window, QStringLiteral("No page is without an item."));
+        return;
+    }
+    m_window.CheckButtons();
+    ui::dialogs().information(
+        &m_window, added == 1 ? QStringLiteral("1 page came back under \"%1\".")
+                                    .arg(QLatin1String(store::OutlineCommands::kRecoveredItems))
+                              : QStringLiteral("%1 pages came back under \"%2\".")
+                                    .arg(added)
+                                    .arg(QLatin1String(store::OutlineCommands::kRecoveredItems)));
 }
 
 } // namespace kestrum::app

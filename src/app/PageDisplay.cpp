@@ -3,7 +3,6 @@
 
 #include "app/EditorArea.h"
 #include "store/PageDocument.h"
-#include "store/StoreError.h"
 #include "store/TRMData.h"
 #include "ui/Dialogs.h"
 #include "ui/EditorPanel.h"
@@ -82,24 +81,21 @@ bool PageDisplay::SaveModif()
     const store::OutlineNode* node = m_data.outline().nodeAt(index);
     if (index >= 0 && node && m_contentModified) {
         m_data.markModified();
-        try {
-            if (ui::EditorPanel* panel =
-                    m_editors.panel(store::editorKindFor(node->imageIndex()))) {
-                m_data.savePage(node->data(), panel->document());
+        if (ui::EditorPanel* panel = m_editors.panel(store::editorKindFor(node->imageIndex()))) {
+            if (const Result<bool> saved = m_data.savePage(node->data(), panel->document());
+                !saved.ok()) {
+                qWarning("%s", qPrintable(saved.error()));
+                ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
+                ok = false;
             }
-        } catch (const store::StoreError& e) {
-            qWarning("%s", qPrintable(e.message()));
-            ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
-            ok = false;
         }
     }
     // Comments of timeline and word cloud pages are shown but never written back.
     if (index >= 0 && node && m_commentModified &&
         (node->imageIndex() < PageType::Timeline || node->imageIndex() == PageType::Diagram)) {
-        try {
-            m_data.SaveComment(node->data(), m_comment.toPlainText());
-        } catch (const store::StoreError& e) {
-            qWarning("%s", qPrintable(e.message()));
+        if (const Result<bool> saved = m_data.SaveComment(node->data(), m_comment.toPlainText());
+            !saved.ok()) {
+            qWarning("%s", qPrintable(saved.error()));
             ui::dialogs().warning(m_dialogParent, QStringLiteral("Cannot save data!"));
             ok = false;
         }
@@ -125,18 +121,17 @@ void PageDisplay::ShowNode()
         // The node may have gone while messages ran.
         node = m_data.outline().selected();
         const qint32 pageId = node ? node->data() : -1;
-        try {
-            const store::EditorKind editorKind = store::editorKindFor(kind);
-            if (ui::EditorPanel* panel = m_editors.panel(editorKind)) {
-                if (m_editors.clearedBeforeLoading(editorKind)) {
-                    // Emptied, and the window repainted, before a large page loads.
-                    panel->document().clear();
-                    letPendingMessagesRun();
-                }
-                m_data.loadPage(pageId, panel->document());
+        const store::EditorKind editorKind = store::editorKindFor(kind);
+        if (ui::EditorPanel* panel = m_editors.panel(editorKind)) {
+            if (m_editors.clearedBeforeLoading(editorKind)) {
+                // Emptied, and the window repainted, before a large page loads.
+                panel->document().clear();
+                letPendingMessagesRun();
             }
-        } catch (const store::StoreError& e) {
-            ui::dialogs().warning(m_dialogParent, e.message());
+            if (const Result<bool> loaded = m_data.loadPage(pageId, panel->document());
+                !loaded.ok()) {
+                ui::dialogs().warning(m_dialogParent, loaded.error());
+            }
         }
 
         m_comment.clear();
@@ -146,13 +141,11 @@ void PageDisplay::ShowNode()
             m_comment.setEnabled(true);
             // Every node's comment is the one of the record its data names; for the project
             // node that is the record whose id equals the last selected index.
-            QString text;
-            try {
-                if (m_data.GetComment(pageId, &text)) {
-                    m_comment.setPlainText(text);
-                }
-            } catch (const store::StoreError& e) {
-                ui::dialogs().warning(m_dialogParent, e.message());
+            const Result<std::optional<QString>> text = m_data.GetComment(pageId);
+            if (!text.ok()) {
+                ui::dialogs().warning(m_dialogParent, text.error());
+            } else if (*text) {
+                m_comment.setPlainText(**text);
             }
         }
         m_contentModified = false;

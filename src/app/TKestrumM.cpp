@@ -13,7 +13,6 @@
 #include "export/PageExports.h"
 #include "store/OutlineCommands.h"
 #include "store/PageDocument.h"
-#include "store/StoreError.h"
 #include "store/TRMData.h"
 #include "ui/Dialogs.h"
 #include "ui/EditorPanel.h"
@@ -114,10 +113,7 @@ TKestrumM::~TKestrumM()
 {
     m_timer->stop();
     if (m_data->isOpen()) {
-        try {
-            m_data->CloseFile();
-        } catch (const store::StoreError&) {
-        }
+        m_data->CloseFile();
     }
     // The editor area unregisters the editors' documents from the store: it goes while the
     // store is still here (child objects would otherwise outlive the members).
@@ -131,10 +127,10 @@ template <typename F> void TKestrumM::guarded(F&& work)
 {
     const bool outer = !m_inCommand;
     m_inCommand = true;
-    try {
+    if constexpr (std::is_void_v<decltype(work())>) {
         work();
-    } catch (const store::StoreError& e) {
-        ui::dialogs().warning(this, e.message());
+    } else if (const Status done = work(); !done) {
+        ui::dialogs().warning(this, done.error());
     }
     if (outer) {
         m_inCommand = false;
@@ -180,8 +176,9 @@ bool TKestrumM::createProject(const QString& fileName)
     bool ok = false;
     guarded([&] {
         m_display->SaveModif();
-        m_data->DBCreate(fileName);
-        ok = true;
+        const Status created = m_data->DBCreate(fileName);
+        ok = created.ok();
+        return created;
     });
     if (ok) {
         m_settings->addRecentProject(fileName);
@@ -199,8 +196,9 @@ bool TKestrumM::openProject(const QString& fileName, bool readOnly)
 {
     bool ok = false;
     guarded([&] {
-        m_data->DBOpen(fileName, readOnly);
-        ok = true;
+        const Status opened = m_data->DBOpen(fileName, readOnly);
+        ok = opened.ok();
+        return opened;
     });
     if (ok) {
         m_settings->addRecentProject(fileName);
@@ -341,7 +339,7 @@ void TKestrumM::ExportPageClick()
         ui::dialogs().information(this, QStringLiteral("This item cannot be exported."));
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         m_display->SaveModif(); // the page as shown is what is exported
         ui::Dialogs::FileRequest request;
         request.caption = QStringLiteral("Export page");
@@ -356,7 +354,7 @@ void TKestrumM::ExportPageClick()
         }
         const auto choice = ui::dialogs().getSaveFileName(this, request);
         if (!choice) {
-            return;
+            return {};
         }
         QString fileName = choice->fileName;
         const int index = std::clamp(choice->filterIndex, 1, int(kind->exports.formats.size()));
@@ -364,10 +362,14 @@ void TKestrumM::ExportPageClick()
         if (!chosen.extensions.contains(QFileInfo(fileName).suffix().toLower())) {
             fileName += QLatin1Char('.') + chosen.extensions.front();
         }
-        const std::optional<store::StoredPage> stored = m_data->readPage(node->data());
+        const Result<std::optional<store::StoredPage>> read = m_data->readPage(node->data());
+        if (!read.ok()) {
+            return fail(read.error());
+        }
+        const std::optional<store::StoredPage>& stored = *read;
         if (!stored) {
             ui::dialogs().warning(this, QStringLiteral("The page cannot be found."));
-            return;
+            return {};
         }
         ui::WaitCursor wait;
         const Status written = exports::exportPage(
@@ -378,6 +380,7 @@ void TKestrumM::ExportPageClick()
         } else {
             statusBar()->showMessage(QStringLiteral("Exported to %1").arg(fileName), 5000);
         }
+        return {};
     });
 }
 
@@ -405,7 +408,7 @@ void TKestrumM::NodeNewClick()
     if (!m_data->isOpen()) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         m_display->SaveModif();
         store::OutlineModel& outline = m_data->outline();
         if (!outline.selected()) {
@@ -413,17 +416,20 @@ void TKestrumM::NodeNewClick()
         }
         OutlineNode* selected = outline.selected();
         TRMNewNoteDlg dialog(selected == outline.root(), this);
-        if (ui::dialogs().exec(&dialog) == QDialog::Accepted) {
-            OutlineNode* node =
-                m_commands->newItem(selected, {dialog.folder(), dialog.after(), dialog.title()});
-            m_display->clearComment();
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-            if (node) {
-                m_display->ShowNode();
-            }
-        } else {
-            m_data->SaveTree(); // written in every case
+        if (ui::dialogs().exec(&dialog) != QDialog::Accepted) {
+            return m_data->SaveTree(); // written in every case
         }
+        const Result<OutlineNode*> node =
+            m_commands->newItem(selected, {dialog.folder(), dialog.after(), dialog.title()});
+        if (!node) {
+            return fail(node.error());
+        }
+        m_display->clearComment();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        if (*node) {
+            m_display->ShowNode();
+        }
+        return {};
     });
 }
 
@@ -432,25 +438,33 @@ void TKestrumM::NodeImportClick()
     if (!m_data->isOpen()) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         m_display->SaveModif();
         ui::Dialogs::FileRequest request;
         request.caption = QStringLiteral("Import files");
         request.filters = kImportFilters;
         const auto files = ui::dialogs().getOpenFileNames(this, request);
         if (!files || files->isEmpty()) {
-            return;
+            return {};
         }
         m_display->clearComment();
         store::OutlineModel& outline = m_data->outline();
         OutlineNode* parent = outline.selected() ? outline.selected() : outline.root();
         for (qsizetype i = 0; i < files->size(); ++i) {
-            OutlineNode* node = m_data->AppendFile(files->at(i), parent, true);
+            const Result<OutlineNode*> appended = m_data->AppendFile(files->at(i), parent, true);
+            if (!appended) {
+                return fail(appended.error());
+            }
+            OutlineNode* node = *appended;
             if (node && m_data->lastImportUnsaved()) {
                 // The page is left modified so that leaving it stores the import; when more
                 // files follow into the same editor it is stored at once.
                 if (i + 1 < files->size()) {
-                    m_data->writePageContent(node->data(), m_data->unsavedImport());
+                    const Result<bool> stored =
+                        m_data->writePageContent(node->data(), m_data->unsavedImport());
+                    if (!stored.ok()) {
+                        return fail(stored.error());
+                    }
                 } else if (ui::EditorPanel* panel =
                                m_editors->panel(store::editorKindFor(node->imageIndex()))) {
                     // The kind wrote these bytes from the file it just read: they read back.
@@ -460,6 +474,7 @@ void TKestrumM::NodeImportClick()
             }
         }
         m_display->ShowNode();
+        return {};
     });
 }
 
@@ -474,12 +489,15 @@ void TKestrumM::NodeDeleteClick()
                                     selected->caption())) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         // Nothing of the pages being deleted is written back.
         m_display->setCommentModified(false);
         m_display->setContentModified(false);
-        m_commands->deleteItem(selected);
+        if (Status deleted = m_commands->deleteItem(selected); !deleted) {
+            return deleted;
+        }
         m_display->ShowNode();
+        return {};
     });
 }
 
@@ -489,13 +507,14 @@ void TKestrumM::NodeRenameClick()
     if (!selected) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         m_display->SaveModif();
         if (const auto title =
                 ui::dialogs().getText(this, QStringLiteral("Edit title"),
                                       QStringLiteral("Type the new title"), selected->caption())) {
-            m_commands->rename(selected, *title);
+            return m_commands->rename(selected, *title);
         }
+        return {};
     });
 }
 
@@ -503,7 +522,7 @@ void TKestrumM::colourSelected(std::optional<qint32> colour)
 {
     OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
     if (selected) {
-        guarded([&] { m_commands->setColour(selected, colour); });
+        guarded([&] { return m_commands->setColour(selected, colour); });
     }
 }
 
@@ -569,40 +588,48 @@ void TKestrumM::afterOutlineMove()
 void TKestrumM::UpBtnClick()
 {
     OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
-    guarded([&] {
-        if (m_commands->moveUp(selected)) {
+    guarded([&]() -> Status {
+        const Result<bool> moved = m_commands->moveUp(selected);
+        if (moved.ok() && *moved) {
             afterOutlineMove();
         }
+        return moved.ok() ? Status() : fail(moved.error());
     });
 }
 
 void TKestrumM::DnBtnClick()
 {
     OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
-    guarded([&] {
-        if (m_commands->moveDown(selected)) {
+    guarded([&]() -> Status {
+        const Result<bool> moved = m_commands->moveDown(selected);
+        if (moved.ok() && *moved) {
             afterOutlineMove();
         }
+        return moved.ok() ? Status() : fail(moved.error());
     });
 }
 
 void TKestrumM::LeftBtnClick()
 {
     OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
-    guarded([&] {
-        if (m_commands->promote(selected)) {
+    guarded([&]() -> Status {
+        const Result<bool> moved = m_commands->promote(selected);
+        if (moved.ok() && *moved) {
             afterOutlineMove();
         }
+        return moved.ok() ? Status() : fail(moved.error());
     });
 }
 
 void TKestrumM::RightBtnClick()
 {
     OutlineNode* selected = m_data->isOpen() ? m_data->outline().selected() : nullptr;
-    guarded([&] {
-        if (m_commands->demote(selected)) {
+    guarded([&]() -> Status {
+        const Result<bool> moved = m_commands->demote(selected);
+        if (moved.ok() && *moved) {
             afterOutlineMove();
         }
+        return moved.ok() ? Status() : fail(moved.error());
     });
 }
 
@@ -630,10 +657,13 @@ void TKestrumM::MoveToSupClick()
     if (!m_data->isOpen() || !m_data->outline().selected()) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         m_display->SaveModif(); // the kept copy holds what is on screen
-        m_data->MoveToSup();
+        if (const Result<int> kept = m_data->MoveToSup(); !kept) {
+            return fail(kept.error());
+        }
         ui::dialogs().notice(this, QStringLiteral("Saved!"), 500);
+        return {};
     });
 }
 
@@ -642,13 +672,14 @@ void TKestrumM::MainTreeDragDrop(OutlineNode* dragged, OutlineNode* target, bool
     if (!m_data->isOpen()) {
         return;
     }
-    guarded([&] {
+    guarded([&]() -> Status {
         const OutlineNode* shown = m_data->outline().nodeAt(m_data->currentNodeIndex());
-        m_commands->drop(dragged, target, ctrl);
+        const Result<bool> dropped = m_commands->drop(dragged, target, ctrl);
         afterOutlineMove();
         if (m_data->outline().selected() != shown) {
             m_display->ShowNode();
         }
+        return dropped.ok() ? Status() : fail(dropped.error());
     });
 }
 
@@ -658,16 +689,15 @@ void TKestrumM::Timer1Timer()
     if (!m_data->isOpen() || m_inCommand || QApplication::activeModalWidget()) {
         return;
     }
-    try {
-        if (m_data->pollHandOff() && m_data->restoredSelectionIndex() > -1) {
-            const int restored = m_data->restoredSelectionIndex();
-            if (!m_data->outline().selectIndex(restored + 1)) {
-                m_data->outline().selectIndex(restored);
-            }
-            ShowNode();
+    const Result<bool> taken = m_data->pollHandOff();
+    if (!taken.ok()) {
+        statusBar()->showMessage(taken.error(), 10000);
+    } else if (*taken && m_data->restoredSelectionIndex() > -1) {
+        const int restored = m_data->restoredSelectionIndex();
+        if (!m_data->outline().selectIndex(restored + 1)) {
+            m_data->outline().selectIndex(restored);
         }
-    } catch (const store::StoreError& e) {
-        statusBar()->showMessage(e.message(), 10000);
+        ShowNode();
     }
 }
 

@@ -114,7 +114,8 @@ private:
     void updateFileState();
     void restoreLayout();
     void saveLayout();
-    // Runs a command, telling the user about a failure of the project file.
+    // Runs a command (no hand-off is taken in meanwhile); when it gives a failed Status, the
+    // user is told why.
     template <typename F> void guarded(F&& work);
 
     Options m_options;

@@ -33,8 +33,7 @@ public:
     bool ok() const { return m_state.index() == 0; }
     // A result that holds a truth value or an optional has no test of its own: `if (!r)` would
     // read as "false" or "missing" where it means "failed". Such results are tested with ok().
-    explicit operator bool() const
-        requires(!std::is_same_v<T, bool> && !IsOptional<T>::value)
+    explicit operator bool() const requires(!std::is_same_v<T, bool> && !IsOptional<T>::value)
     {
         return ok();
     }

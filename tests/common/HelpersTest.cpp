@@ -1,12 +1,16 @@
 // Rounding, tab fields and day-count dates: the small rules every stored format relies on.
 
 #include "common/DayCount.h"
+#include "common/Result.h"
 #include "common/Rounding.h"
 #include "common/TabFields.h"
 
 #include <QtTest>
 
 #include <limits>
+#include <optional>
+#include <type_traits>
+#include <vector>
 
 using namespace kestrum::common;
 
@@ -24,6 +28,7 @@ private slots:
     void dayCountKnownValues();
     void dayCountRoundTripsLocalTime();
     void dayCountRejectsNonsense();
+    void resultsAreTestedAsTheyMean();
 };
 
 void HelpersTest::roundHalfEven_data()
@@ -118,6 +123,41 @@ void HelpersTest::dayCountRejectsNonsense()
     QVERIFY(!fromDayCount(std::numeric_limits<double>::quiet_NaN()).isValid());
     QVERIFY(!fromDayCount(std::numeric_limits<double>::infinity()).isValid());
     QVERIFY(!fromDayCount(1e300).isValid());
+}
+
+namespace {
+
+kestrum::Result<std::vector<int>> listed(bool ok)
+{
+    if (!ok) {
+        return kestrum::fail(QStringLiteral("the list cannot be read"));
+    }
+    return std::vector<int>{1, 2, 3};
+}
+
+} // namespace
+
+void HelpersTest::resultsAreTestedAsTheyMean()
+{
+    using kestrum::Result;
+    // A truth value or an optional inside a result cannot be mistaken for the result's own test.
+    static_assert(std::is_constructible_v<bool, Result<int>>);
+    static_assert(!std::is_constructible_v<bool, Result<bool>>);
+    static_assert(!std::is_constructible_v<bool, Result<std::optional<int>>>);
+
+    const Result<bool> no = false;
+    QVERIFY(no.ok());
+    QCOMPARE(*no, false);
+    QVERIFY(no.error().isEmpty());
+
+    // The value of a temporary outlives the loop over it (the sanitizer run sees a dangling one).
+    int sum = 0;
+    for (int v : listed(true).value()) {
+        sum += v;
+    }
+    QCOMPARE(sum, 6);
+    QCOMPARE(listed(false).value_or({9}), std::vector<int>{9});
+    QCOMPARE(listed(false).error(), QStringLiteral("the list cannot be read"));
 }
 
 QTEST_GUILESS_MAIN(HelpersTest)

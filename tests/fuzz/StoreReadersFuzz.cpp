@@ -6,7 +6,6 @@
 #include "store/ColumnCodec.h"
 #include "store/OutlineStream.h"
 #include "store/ProjectReader.h"
-#include "store/StoreError.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -56,17 +55,30 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         }
         out.write(bytes);
         out.close();
-        try {
-            ProjectReader reader(file);
-            for (qint32 id : reader.table().ids()) {
-                try {
-                    reader.table().readContent(id);
-                    reader.table().readInfo(id);
-                    reader.table().readComment(id);
-                } catch (const StoreError&) {
-                }
+        ProjectReader reader;
+        const kestrum::Status opened = reader.open(file);
+        if (!opened) {
+            if (opened.error().isEmpty()) {
+                __builtin_trap(); // a refusal always says why
             }
-        } catch (const StoreError&) {
+            break;
+        }
+        const auto ids = reader.table().ids();
+        if (!ids) {
+            if (ids.error().isEmpty()) {
+                __builtin_trap();
+            }
+            break;
+        }
+        for (qint32 id : ids.value()) {
+            // Each column reads to a value or to a failure that says why.
+            const auto content = reader.table().readContent(id);
+            const auto info = reader.table().readInfo(id);
+            const auto comment = reader.table().readComment(id);
+            if ((!content && content.error().isEmpty()) || (!info && info.error().isEmpty()) ||
+                (!comment && comment.error().isEmpty())) {
+                __builtin_trap();
+            }
         }
         break;
     }

@@ -3,7 +3,6 @@
 #include "StoreFixture.h"
 
 #include "store/ProjectReader.h"
-#include "store/StoreError.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -41,7 +40,7 @@ void KeptItemsTest::init()
     m_dir = std::make_unique<QTemporaryDir>();
     m_store = std::make_unique<StoreWithDocuments>();
     SqliteDatabase::setBusyTimeout(10000);
-    m_store->data.DBCreate(path(QStringLiteral("Study.kst")));
+    KVERIFY_OK(m_store->data.DBCreate(path(QStringLiteral("Study.kst"))));
 }
 
 void KeptItemsTest::cleanup()
@@ -57,7 +56,7 @@ OutlineNode* KeptItemsTest::addPage(OutlineNode* parent, const QString& title,
     OutlineNodeData d;
     d.caption = title;
     d.imageIndex = 1;
-    d.data = data.appendRecord(1, title, content, QStringLiteral("comment of ") + title);
+    d.data = data.appendRecord(1, title, content, QStringLiteral("comment of ") + title).value();
     return data.outline().addChild(parent, d);
 }
 
@@ -72,10 +71,12 @@ OutlineNode* KeptItemsTest::addFolder(OutlineNode* parent, const QString& title)
 
 std::vector<RawPageRow> KeptItemsTest::keptRows()
 {
-    ProjectReader kept(m_store->data.keptItemsFileName());
+    ProjectReader kept;
+    require(kept.open(m_store->data.keptItemsFileName()));
     std::vector<RawPageRow> rows;
-    for (qint32 id : kept.table().ids()) {
-        rows.push_back(*kept.table().readRaw(id));
+    const std::vector<qint32> ids = kept.table().ids().value();
+    for (qint32 id : ids) {
+        rows.push_back(*kept.table().readRaw(id).value());
     }
     return rows;
 }
@@ -86,12 +87,12 @@ void KeptItemsTest::keepingOnePageCreatesTheFileAndCopiesEveryColumn()
     QCOMPARE(data.keptItemsFileName(), path(QStringLiteral("Study.sup")));
     OutlineNode* page = addPage(data.outline().root(), QStringLiteral("Frequencies"), "grid bytes");
     data.outline().setSelected(page);
-    QCOMPARE(data.MoveToSup(), 1);
+    QCOMPARE(data.MoveToSup().value(), 1);
 
     const std::vector<RawPageRow> rows = keptRows();
     QCOMPARE(rows.size(), std::size_t(2)); // the new file's outline record, then the page
     QCOMPARE(rows[0].pageId, 0);
-    const RawPageRow original = *data.table()->readRaw(page->data());
+    const RawPageRow original = *data.table()->readRaw(page->data()).value();
     const RawPageRow& copy = rows[1];
     QCOMPARE(copy.pageId, original.pageId);
     QCOMPARE(copy.date, original.date);
@@ -102,7 +103,7 @@ void KeptItemsTest::keepingOnePageCreatesTheFileAndCopiesEveryColumn()
     QCOMPARE(copy.randomKey, original.randomKey);
     // The kept-items file opens as a project.
     StoreWithDocuments other;
-    other.data.DBOpen(data.keptItemsFileName());
+    KVERIFY_OK(other.data.DBOpen(data.keptItemsFileName()));
     QCOMPARE(other.data.outline().count(), 1);
 }
 
@@ -120,7 +121,7 @@ void KeptItemsTest::keepingAFolderCopiesItsPagesUntilANodeWithChildren()
     QStringList shown;
     connect(&data, &TRMData::selectionRestored, &context,
             [&] { shown << data.outline().selected()->caption(); });
-    QCOMPARE(data.MoveToSup(), 2);
+    QCOMPARE(data.MoveToSup().value(), 2);
     QCOMPARE(shown, QStringList({"A", "B"}));
     const std::vector<RawPageRow> rows = keptRows();
     QCOMPARE(rows.size(), std::size_t(3));
@@ -136,7 +137,7 @@ void KeptItemsTest::folderWhoseFirstChildHasChildrenCopiesNothing()
     addPage(inner, QStringLiteral("Deep"), "deep");
     addPage(folder, QStringLiteral("After"), "after");
     data.outline().setSelected(folder);
-    QCOMPARE(data.MoveToSup(), 0);
+    QCOMPARE(data.MoveToSup().value(), 0);
     QCOMPARE(keptRows().size(), std::size_t(1));
 }
 
@@ -145,8 +146,8 @@ void KeptItemsTest::keepingTwiceGivesTheSecondCopyANewId()
     TRMData& data = m_store->data;
     OutlineNode* page = addPage(data.outline().root(), QStringLiteral("Twice"), "twice");
     data.outline().setSelected(page);
-    QCOMPARE(data.MoveToSup(), 1);
-    QCOMPARE(data.MoveToSup(), 1);
+    QCOMPARE(data.MoveToSup().value(), 1);
+    QCOMPARE(data.MoveToSup().value(), 1);
     const std::vector<RawPageRow> rows = keptRows();
     QCOMPARE(rows.size(), std::size_t(3));
     QCOMPARE(rows[1].pageId, page->data());
@@ -159,12 +160,9 @@ void KeptItemsTest::keptItemsFileThatIsNotAProjectIsRefused()
     TRMData& data = m_store->data;
     writeFile(data.keptItemsFileName(), "this is a text file, not a project");
     data.outline().selectIndex(1);
-    try {
-        data.MoveToSup();
-        QFAIL("copied into a file that is not a project");
-    } catch (const StoreError& e) {
-        QVERIFY(e.message().contains(QLatin1String("Study.sup")));
-    }
+    const kestrum::Result<int> kept = data.MoveToSup();
+    QVERIFY2(!kept.ok(), "copied into a file that is not a project");
+    QVERIFY2(kept.error().contains(QLatin1String("Study.sup")), qPrintable(kept.error()));
     QCOMPARE(readFile(data.keptItemsFileName()), QByteArray("this is a text file, not a project"));
 }
 
@@ -175,13 +173,13 @@ void KeptItemsTest::lockedKeptItemsFileCopiesNothing()
     addPage(folder, QStringLiteral("A"), "a");
     addPage(folder, QStringLiteral("B"), "b");
     data.outline().selectIndex(1);
-    QCOMPARE(data.MoveToSup(), 1); // creates the file
+    QCOMPARE(data.MoveToSup().value(), 1); // creates the file
     SqliteDatabase::setBusyTimeout(100);
     HostConnection host(data.keptItemsFileName());
-    host.db.exec("BEGIN EXCLUSIVE");
+    KVERIFY_OK(host.db.exec("BEGIN EXCLUSIVE"));
     data.outline().setSelected(folder);
-    QVERIFY_THROWS_EXCEPTION(StoreError, data.MoveToSup());
-    host.db.exec("COMMIT");
+    QVERIFY(!data.MoveToSup().ok());
+    KVERIFY_OK(host.db.exec("COMMIT"));
     QCOMPARE(keptRows().size(), std::size_t(2)); // nothing of the failed keep
 }
 
@@ -190,7 +188,7 @@ void KeptItemsTest::foldersAndTheProjectNodeHaveNothingToKeep()
     TRMData& data = m_store->data;
     OutlineNode* empty = addFolder(data.outline().root(), QStringLiteral("Empty"));
     data.outline().setSelected(empty);
-    QCOMPARE(data.MoveToSup(), 0);
+    QCOMPARE(data.MoveToSup().value(), 0);
     QCOMPARE(keptRows().size(), std::size_t(1));
 }
 

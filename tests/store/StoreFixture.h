@@ -3,6 +3,8 @@
 // Helpers shared by the store tests: a store with raw page documents for every kind, a fixed
 // clock, and direct access to project files the way a host program has it.
 
+#include "ResultChecks.h"
+#include "common/Result.h"
 #include "export/PageExports.h"
 #include "store/PageKind.h"
 #include "store/PageTable.h"
@@ -20,6 +22,15 @@ namespace kestrum::test {
 
 // 46000.5 is 9 December 2025, 12:00.
 constexpr double kFixedNow = 46000.5;
+
+// A step that a helper cannot go on without (one that returns a value, not a test verdict):
+// its failure stops the test program with the message, as Result<T>::value() does.
+inline void require(const Status& status)
+{
+    if (!status) {
+        qFatal("A step the test needs failed: %s", qPrintable(status.error()));
+    }
+}
 
 class StoreWithDocuments
 {
@@ -55,7 +66,7 @@ class HostConnection
 public:
     explicit HostConnection(const QString& path)
     {
-        db.open(path, store::SqliteDatabase::OpenMode::ReadWrite);
+        require(db.open(path, store::SqliteDatabase::OpenMode::ReadWrite));
         table = std::make_unique<store::PageTable>(db);
     }
     store::SqliteDatabase db;

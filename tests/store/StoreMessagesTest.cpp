@@ -4,28 +4,12 @@
 #include "StoreFixture.h"
 
 #include "store/ProjectReader.h"
-#include "store/StoreError.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
 
 using namespace kestrum::store;
 using namespace kestrum::test;
-
-namespace {
-
-// The message of what `work` threw; empty when it succeeded.
-template <class Work> QString failureOf(Work&& work)
-{
-    try {
-        work();
-    } catch (const StoreError& e) {
-        return e.message();
-    }
-    return {};
-}
-
-} // namespace
 
 class StoreMessagesTest : public QObject
 {
@@ -85,21 +69,23 @@ void StoreMessagesTest::notAProjectSaysSo()
         writeFile(file, {});
     } else {
         SqliteDatabase db;
-        db.open(file, SqliteDatabase::OpenMode::ReadWriteCreate);
+        KVERIFY_OK(db.open(file, SqliteDatabase::OpenMode::ReadWriteCreate));
         if (content == QLatin1String("othertables")) {
-            db.exec("CREATE TABLE customers(id INTEGER PRIMARY KEY, name TEXT)");
-            db.exec("CREATE TABLE orders(id INTEGER PRIMARY KEY, customer INTEGER)");
+            KVERIFY_OK(db.exec("CREATE TABLE customers(id INTEGER PRIMARY KEY, name TEXT)"));
+            KVERIFY_OK(db.exec("CREATE TABLE orders(id INTEGER PRIMARY KEY, customer INTEGER)"));
         } else {
-            db.exec("CREATE TABLE OUTPUT(PageId INTEGER PRIMARY KEY, PageType INTEGER)");
+            KVERIFY_OK(
+                db.exec("CREATE TABLE OUTPUT(PageId INTEGER PRIMARY KEY, PageType INTEGER)"));
         }
     }
     const QByteArray before = readFile(file);
     const QString expected = QStringLiteral("\"notes.kst\" is not a Kestrum project");
 
-    QCOMPARE(failureOf([&] { m_store->data.DBOpen(file); }), expected);
+    KCOMPARE_FAILURE(m_store->data.DBOpen(file), expected);
     QVERIFY(!m_store->data.isOpen());
-    QCOMPARE(failureOf([&] { m_store->data.DBOpen(file, true); }), expected);
-    QCOMPARE(failureOf([&] { ProjectReader reader(file); }), expected);
+    KCOMPARE_FAILURE(m_store->data.DBOpen(file, true), expected);
+    ProjectReader reader;
+    KCOMPARE_FAILURE(reader.open(file), expected);
     QCOMPARE(readFile(file), before); // looking at it wrote nothing
 }
 
@@ -107,57 +93,57 @@ void StoreMessagesTest::readOnlyProjectSaysWhyItCannotBeSaved()
 {
     const QString file = path(QStringLiteral("report.kst"));
     TRMData& data = m_store->data;
-    data.DBCreate(file);
+    KVERIFY_OK(data.DBCreate(file));
     data.CloseFile();
-    data.DBOpen(file, true);
+    KVERIFY_OK(data.DBOpen(file, true));
     QVERIFY(data.isReadOnly());
     RawPageDocument& page = m_store->document(EditorKind::Text);
     page.setBytes("an edit");
-    QCOMPARE(failureOf([&] { data.SaveWP(1, page); }),
-             QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
-    QCOMPARE(failureOf([&] { data.AddRecord(0, QStringLiteral("new page"), {}); }),
-             QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
+    KCOMPARE_FAILURE(data.SaveWP(1, page),
+                     QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
+    KCOMPARE_FAILURE(data.AddRecord(0, QStringLiteral("new page"), {}),
+                     QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
 }
 
 void StoreMessagesTest::readOnlyFileSaysWhyItCannotBeSaved()
 {
     // The engine's own refusal, as when the file became read-only after it was opened.
     const QString file = path(QStringLiteral("report.kst"));
-    m_store->data.DBCreate(file);
+    KVERIFY_OK(m_store->data.DBCreate(file));
     m_store->data.CloseFile();
     SqliteDatabase db;
-    db.open(file, SqliteDatabase::OpenMode::ReadOnly);
+    KVERIFY_OK(db.open(file, SqliteDatabase::OpenMode::ReadOnly));
     PageTable table(db);
-    QCOMPARE(failureOf([&] { table.writeContent(1, "an edit"); }),
-             QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
-    QCOMPARE(failureOf([&] { table.insert(1.0, QStringLiteral("new page"), 0, "text", {}); }),
-             QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
-    QCOMPARE(*table.readContent(1), QByteArray()); // still readable, unchanged
+    KCOMPARE_FAILURE(table.writeContent(1, "an edit"),
+                     QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
+    KCOMPARE_FAILURE(table.insert(1.0, QStringLiteral("new page"), 0, "text", {}),
+                     QStringLiteral("\"report.kst\" cannot be saved: the file is read-only"));
+    QCOMPARE(*table.readContent(1).value(), QByteArray()); // still readable, unchanged
 }
 
 void StoreMessagesTest::fullDiskSaysWhyItCannotBeSaved()
 {
     // A file that may not grow is what a full disk looks like to the engine.
     const QString file = path(QStringLiteral("big.kst"));
-    m_store->data.DBCreate(file);
+    KVERIFY_OK(m_store->data.DBCreate(file));
     m_store->data.CloseFile();
     HostConnection host(file);
     qint64 pageCount = 0;
     {
         SqliteStatement pages(host.db, "PRAGMA page_count");
-        QVERIFY(pages.step());
+        QVERIFY(pages.step().value());
         pageCount = pages.columnInt(0);
     }
     const QByteArray limit = "PRAGMA max_page_count = " + QByteArray::number(pageCount);
-    host.db.exec(limit.constData());
+    KVERIFY_OK(host.db.exec(limit.constData()));
     QByteArray noise(256 * 1024, Qt::Uninitialized);
     QRandomGenerator rng(3);
     for (char& c : noise) {
         c = char(rng.bounded(256)); // does not compress
     }
-    QCOMPARE(failureOf([&] { host.table->writeContent(1, noise); }),
-             QStringLiteral("\"big.kst\" cannot be saved: the disk is full"));
-    QCOMPARE(*host.table->readContent(1), QByteArray()); // nothing half-written
+    KCOMPARE_FAILURE(host.table->writeContent(1, noise),
+                     QStringLiteral("\"big.kst\" cannot be saved: the disk is full"));
+    QCOMPARE(*host.table->readContent(1).value(), QByteArray()); // nothing half-written
 }
 
 QTEST_GUILESS_MAIN(StoreMessagesTest)
