@@ -37,7 +37,6 @@ struct NewPage
     QString comment;
 };
 
-// One line of a table listing.
 // A page as the store hands it out: its record, decompressed.
 struct StoredPage
 {
@@ -47,6 +46,7 @@ struct StoredPage
     QByteArray content;
 };
 
+// One line of a table listing.
 struct PageSummary
 {
     // The id as stored; ids outside 32 bits (which a host may write) are reported, not cut.

@@ -75,8 +75,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             const auto content = reader.table().readContent(id);
             const auto info = reader.table().readInfo(id);
             const auto comment = reader.table().readComment(id);
-            if ((!content && content.error().isEmpty()) || (!info && info.error().isEmpty()) ||
-                (!comment && comment.error().isEmpty())) {
+            if ((!content.ok() && content.error().isEmpty()) ||
+                (!info.ok() && info.error().isEmpty()) ||
+                (!comment.ok() && comment.error().isEmpty())) {
                 __builtin_trap();
             }
         }
