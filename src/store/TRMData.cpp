@@ -329,7 +329,8 @@ Status TRMData::SaveTree()
         // An outline that is already stored as it is costs no write (and leaves the file as it
         // was, for a command that was refused).
         if (stream != m_storedOutline) {
-            if (const Result<bool> written = m_table->writeContent(**first, stream); !written.ok()) {
+            if (const Result<bool> written = m_table->writeContent(**first, stream);
+                !written.ok()) {
                 return fail(written.error());
             }
         }
