@@ -185,8 +185,10 @@ private:
     Status fillNewProject();
     void closeConnections();
     // The page an operation by kind works on (the current record for -1); it becomes the
-    // current record. nullopt when there is no such page.
+    // current record. nullopt when there is no such page or no usable project.
     Result<std::optional<qint32>> locate(qint32 pageId);
+    // locate() for a change: fails first when the project cannot be written.
+    Result<std::optional<qint32>> locateForWriting(qint32 pageId);
     // The page a read looks at: the current record for -1; does not move it.
     Result<std::optional<qint32>> find(qint32 pageId) const;
     void setTitleFromFile(const QString& fileName);

@@ -20,6 +20,9 @@ const QString kNoProject = QStringLiteral("No project file is open");
 
 Result<std::optional<qint32>> TRMData::locate(qint32 pageId)
 {
+    if (!usable()) {
+        return std::optional<qint32>();
+    }
     const qint32 id = pageId == -1 ? m_currentPageId : pageId;
     if (id == -1) {
         return std::optional<qint32>();
@@ -33,6 +36,14 @@ Result<std::optional<qint32>> TRMData::locate(qint32 pageId)
     }
     m_currentPageId = id;
     return std::optional<qint32>(id);
+}
+
+Result<std::optional<qint32>> TRMData::locateForWriting(qint32 pageId)
+{
+    if (Status writable = requireWritable(); !writable) {
+        return fail(writable.error());
+    }
+    return locate(pageId);
 }
 
 Result<qint32> TRMData::appendRecord(qint32 pageType, const QString& info,
@@ -159,13 +170,7 @@ Result<qint32> TRMData::AddWPRecord(const QString& title, qint32 pageType)
 
 Status TRMData::DeleteRecord(qint32 pageId)
 {
-    if (Status writable = requireWritable(); !writable) {
-        return writable;
-    }
-    if (!usable()) {
-        return {};
-    }
-    const Result<std::optional<qint32>> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locateForWriting(pageId);
     if (!id.ok()) {
         return fail(id.error());
     }
@@ -288,13 +293,7 @@ Result<std::optional<StoredPage>> TRMData::readPage(qint32 pageId) const
 
 Result<bool> TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 {
-    if (Status writable = requireWritable(); !writable) {
-        return fail(writable.error());
-    }
-    if (!usable()) {
-        return false;
-    }
-    const Result<std::optional<qint32>> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locateForWriting(pageId);
     if (!id.ok()) {
         return fail(id.error());
     }
@@ -303,13 +302,7 @@ Result<bool> TRMData::writePageContent(qint32 pageId, const QByteArray& content)
 
 Result<bool> TRMData::savePage(qint32 pageId, PageDocument& document)
 {
-    if (Status writable = requireWritable(); !writable) {
-        return fail(writable.error());
-    }
-    if (!usable()) {
-        return false;
-    }
-    const Result<std::optional<qint32>> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locateForWriting(pageId);
     if (!id.ok()) {
         return fail(id.error());
     }
@@ -328,7 +321,7 @@ Result<bool> TRMData::savePage(qint32 pageId, PageDocument& document)
 Result<bool> TRMData::loadPage(qint32 pageId, PageDocument& document)
 {
     if (!usable()) {
-        return false;
+        return false; // no project: the editor is left as it is
     }
     const Result<std::optional<qint32>> id = locate(pageId);
     if (!id.ok()) {
@@ -361,13 +354,7 @@ Result<bool> TRMData::loadPage(qint32 pageId, PageDocument& document)
 
 Result<bool> TRMData::SaveComment(qint32 pageId, const QString& text)
 {
-    if (Status writable = requireWritable(); !writable) {
-        return fail(writable.error());
-    }
-    if (!usable()) {
-        return false;
-    }
-    const Result<std::optional<qint32>> id = locate(pageId);
+    const Result<std::optional<qint32>> id = locateForWriting(pageId);
     if (!id.ok()) {
         return fail(id.error());
     }
@@ -376,9 +363,6 @@ Result<bool> TRMData::SaveComment(qint32 pageId, const QString& text)
 
 Result<std::optional<QString>> TRMData::GetComment(qint32 pageId)
 {
-    if (!usable()) {
-        return std::optional<QString>();
-    }
     const Result<std::optional<qint32>> id = locate(pageId);
     if (!id.ok()) {
         return fail(id.error());
