@@ -65,7 +65,7 @@ void HandOffIntakeTest::cleanup()
 QString HandOffIntakeTest::openSession(const QString& name)
 {
     const QString file = path(name);
-    require(m_store->data.DBCreate(file));
+    KREQUIRE_OK(m_store->data.DBCreate(file));
     return file;
 }
 

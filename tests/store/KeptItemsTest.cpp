@@ -72,7 +72,7 @@ OutlineNode* KeptItemsTest::addFolder(OutlineNode* parent, const QString& title)
 std::vector<RawPageRow> KeptItemsTest::keptRows()
 {
     ProjectReader kept;
-    require(kept.open(m_store->data.keptItemsFileName()));
+    KREQUIRE_OK(kept.open(m_store->data.keptItemsFileName()));
     std::vector<RawPageRow> rows;
     const std::vector<qint32> ids = kept.table().ids().value();
     for (qint32 id : ids) {

@@ -117,7 +117,7 @@ QStringList OutlineCommandsTest::shape() const
 QStringList OutlineCommandsTest::storedShape() const
 {
     ProjectReader reader;
-    require(reader.open(m_store->data.fileName()));
+    KREQUIRE_OK(reader.open(m_store->data.fileName()));
     QStringList out;
     visitInOrder(reader.outline(), [&out](const OutlineNode* n, int level) {
         out << QString(level, QLatin1Char('.')) + n->caption();

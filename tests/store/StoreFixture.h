@@ -23,15 +23,6 @@ namespace kestrum::test {
 // 46000.5 is 9 December 2025, 12:00.
 constexpr double kFixedNow = 46000.5;
 
-// A step that a helper cannot go on without (one that returns a value, not a test verdict):
-// its failure stops the test program with the message, as Result<T>::value() does.
-inline void require(const Status& status)
-{
-    if (!status) {
-        qFatal("A step the test needs failed: %s", qPrintable(status.error()));
-    }
-}
-
 class StoreWithDocuments
 {
 public:
@@ -66,7 +57,7 @@ class HostConnection
 public:
     explicit HostConnection(const QString& path)
     {
-        require(db.open(path, store::SqliteDatabase::OpenMode::ReadWrite));
+        KREQUIRE_OK(db.open(path, store::SqliteDatabase::OpenMode::ReadWrite));
         table = std::make_unique<store::PageTable>(db);
     }
     store::SqliteDatabase db;
